@@ -1,0 +1,57 @@
+#pragma once
+
+#include <nomareditor/CNomarEditorImpl.h>
+#include <nomareditor/INmEditorNotify.h>
+
+#include <QWidget>
+
+class Shelf;
+
+/// The control, and a host's side of the contract with it: all that an embedding program needs.
+class EditorPane : public QWidget, private INmEditorNotify {
+    Q_OBJECT
+public:
+    /// `storeDir` is the control's store, `shelf` outlives the pane.
+    EditorPane(Shelf& shelf, const QString& storeDir, QWidget* parent);
+    ~EditorPane() override;
+
+    /// False: the browser's window could not be made, and nothing else works.
+    bool isUsable() const { return m_usable; }
+    /// True from the signal ready() on. No note can be opened before.
+    bool isReady() const { return m_ready; }
+
+    /// Open a note in place of the current one, which is *not* saved. An empty GUID opens none; a
+    /// new note's GUID is the control's choice.
+    void openNote(const QString& guid, bool readOnly);
+    void newNote();
+    QString noteGuid() const { return m_guid; }
+    void setReadOnly(bool readOnly);
+
+    /// True: all that the page holds is on the shelf. False: saveFailed has told why not, and the
+    /// text is still in the page.
+    bool saveNote();
+
+Q_SIGNALS:
+    void ready();
+    void noteSaved();
+    void saveFailed(const QString& reason);
+    void attachmentMissing(const QString& name);
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    int OnSaveNote(const QString& noteGuid, std::vector<NewAttachFile>& files,
+        const QString& plainText) override;
+    int OnOpenAttachment(
+        const QString& noteGuid, const QString& fileName, const QString& origName) override;
+
+    Shelf& m_shelf;
+    const QString m_storeDir;
+    CNomarEditorImpl m_control;
+    bool m_usable = false;
+    bool m_ready = false;
+    bool m_readOnly = true;
+    QString m_guid;
+    enum { NotAsked, Taken, Refused } m_answer = NotAsked; // ours, to the last save
+};

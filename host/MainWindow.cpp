@@ -1,0 +1,251 @@
+#include "MainWindow.h"
+
+#include "NoteDelegate.h"
+#include "Store.h"
+
+using namespace Qt::StringLiterals;
+
+MainWindow::MainWindow(Shelf& shelf, const QString& storeDir, QSettings& settings)
+    : m_shelf(shelf)
+    , m_storeDir(storeDir)
+    , m_settings(settings)
+    , m_notes(new NoteList(shelf, this))
+    , m_pane(new EditorPane(shelf, storeDir, this))
+    , m_splitter(new QSplitter(this))
+    , m_list(new QListView)
+    , m_stack(new QStackedWidget)
+    , m_search(new QLineEdit)
+    , m_complaint(new QLabel)
+    , m_figures(new QLabel)
+{
+    setWindowTitle(tr("Notes"));
+    makeToolBar();
+    makeList();
+    makeNoteArea();
+    setCentralWidget(m_splitter);
+    statusBar()->addWidget(m_figures);
+    connectPane();
+    resize(1100, 740);
+    restoreGeometry(m_settings.value(u"geometry"_s).toByteArray());
+    m_splitter->setSizes({300, 800});
+    m_splitter->restoreState(m_settings.value(u"splitter"_s).toByteArray());
+    sweepLeftovers(m_shelf, m_storeDir);
+    refresh();
+}
+
+void MainWindow::makeToolBar()
+{
+    QToolBar* bar = addToolBar(tr("Notes"));
+    bar->setMovable(false);
+    bar->setIconSize({20, 20});
+    const auto add = [&](const char* picture, const QString& text, const QString& keys, auto slot) {
+        QAction* action = bar->addAction(QIcon(u":/%1.svg"_s.arg(QLatin1String(picture))), text);
+        action->setShortcut(QKeySequence(keys));
+        action->setToolTip(keys.isEmpty() ? text : u"%1 (%2)"_s.arg(text, keys));
+        connect(action, &QAction::triggered, this, slot);
+        return action;
+    };
+    m_search->setPlaceholderText(tr("Search"));
+    m_search->setClearButtonEnabled(true);
+    m_search->setMaxLength(200);
+    m_search->setFixedWidth(250);
+    bar->addWidget(m_search);
+    connect(m_search, &QLineEdit::textChanged, this, &MainWindow::refresh);
+    QAction* find = m_search->addAction(QIcon(u":/search.svg"_s), QLineEdit::LeadingPosition);
+    find->setShortcut(QKeySequence::Find);
+    connect(find, &QAction::triggered, m_search, [this] { m_search->setFocus(); });
+
+    m_newAction = add("new", tr("New note"), u"Ctrl+N"_s, [this] { newNote(); });
+    m_newAction->setEnabled(false);
+    auto* space = new QWidget;
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(space);
+    m_restoreAction = add("restore", tr("Restore"), {}, [this] { setBinned(false); });
+    m_readOnlyAction =
+        add("lock", tr("Read only"), u"Ctrl+Alt+R"_s, [this](bool on) { setReadOnly(on); });
+    m_readOnlyAction->setCheckable(true);
+    m_binAction = add("bin", tr("Move to bin"), u"Ctrl+Shift+Del"_s, [this] { setBinned(true); });
+    bar->addSeparator();
+    m_emptyBinAction = bar->addAction(tr("Empty bin"), this, &MainWindow::emptyBin);
+    m_showBinAction = bar->addAction(QString());
+    m_showBinAction->setCheckable(true);
+    connect(m_showBinAction, &QAction::toggled, this, [this] {
+        refresh();
+        if (m_notes->rowOf(m_pane->noteGuid()) < 0)
+            openNote(m_notes->guidAt(0));
+    });
+    new QShortcut(QKeySequence(u"Ctrl+Q"_s), this, [this] { close(); });
+}
+
+void MainWindow::makeList()
+{
+    m_list->setModel(m_notes);
+    m_list->setItemDelegate(new NoteDelegate(m_list));
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setMouseTracking(true);
+    m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_list->setAccessibleName(tr("Notes"));
+    m_list->setMinimumWidth(200);
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+        [this](const QModelIndex& now) {
+            // Later: to open a note is to wait for the page, and the view is still in its event.
+            // By then a save may have put the rows into another order.
+            const QString guid = m_notes->guidAt(now.row());
+            QMetaObject::invokeMethod(
+                this, [this, guid] { openNote(guid); }, Qt::QueuedConnection);
+        });
+    connect(m_list, &QListView::activated, m_pane, [this] { m_pane->setFocus(); });
+    m_splitter->addWidget(m_list);
+}
+
+void MainWindow::makeNoteArea()
+{
+    m_complaint->setStyleSheet(u"background: #b3372f; color: white; padding: 8px 12px"_s);
+    m_complaint->setWordWrap(true);
+    m_complaint->hide();
+    connect(m_complaint, &QLabel::linkActivated, m_pane, [this] {
+        m_complaint->hide();
+        m_pane->saveNote();
+    });
+    auto* empty = new QLabel(tr("No note is open. Ctrl+N makes a new one."));
+    empty->setAlignment(Qt::AlignCenter);
+    m_stack->addWidget(m_pane);
+    m_stack->addWidget(empty);
+    auto* area = new QWidget;
+    auto* column = new QVBoxLayout(area);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_complaint);
+    column->addWidget(m_stack, 1);
+    m_splitter->addWidget(area);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(1);
+}
+
+void MainWindow::connectPane()
+{
+    // Queued: the control is in the middle of a save or a page call when it tells of these.
+    connect(m_pane, &EditorPane::ready, this, &MainWindow::start, Qt::QueuedConnection);
+    connect(m_pane, &EditorPane::saveFailed, this, &MainWindow::complain, Qt::QueuedConnection);
+    connect(m_pane, &EditorPane::attachmentMissing, this, [this](const QString& name) {
+        statusBar()->showMessage(tr("The file %1 cannot be opened.").arg(name), 10'000);
+    });
+    const auto saved = [this] {
+        m_complaint->hide();
+        refresh();
+    };
+    connect(m_pane, &EditorPane::noteSaved, this, saved, Qt::QueuedConnection);
+    connect(qApp, &QGuiApplication::commitDataRequest, m_pane, [this] { m_pane->saveNote(); });
+}
+
+void MainWindow::start()
+{
+    m_newAction->setEnabled(true);
+    const QString last = m_settings.value(u"note"_s).toString();
+    openNote(m_notes->rowOf(last) >= 0 ? last : m_notes->guidAt(0));
+}
+
+void MainWindow::newNote()
+{
+    // The control opens a note without saving the one it holds.
+    if (!m_pane->saveNote())
+        return;
+    m_pane->newNote();
+    m_search->clear();
+    m_showBinAction->setChecked(false);
+    refresh();
+    m_pane->setFocus();
+}
+
+void MainWindow::openNote(const QString& guid)
+{
+    if (m_pane->isReady() && guid != m_pane->noteGuid() && m_pane->saveNote()) {
+        const auto note = m_shelf.note(guid);
+        m_pane->openNote(note ? guid : QString(), note && (note->readOnly || note->binned));
+    }
+    refresh();
+}
+
+void MainWindow::setReadOnly(bool readOnly)
+{
+    const QString guid = m_pane->noteGuid();
+    if (m_pane->saveNote() && m_shelf.note(guid) && m_shelf.setReadOnly(guid, readOnly))
+        m_pane->setReadOnly(readOnly);
+    refresh();
+}
+
+void MainWindow::setBinned(bool binned)
+{
+    const QString guid = m_pane->noteGuid();
+    const int row = m_notes->rowOf(guid);
+    if (!m_pane->saveNote())
+        return;
+    if (!m_shelf.setBinned(guid, binned))
+        return complain(m_shelf.errorText());
+    m_pane->openNote({}, true);
+    refresh();
+    openNote(m_notes->guidAt(qMin(row, m_notes->rowCount() - 1)));
+    if (m_notes->rowCount() == 0)
+        m_showBinAction->setChecked(false);
+}
+
+void MainWindow::emptyBin()
+{
+    const QString question = tr("Delete the notes in the bin for good?");
+    if (QMessageBox::question(this, windowTitle(), question) != QMessageBox::Yes)
+        return;
+    if (!m_shelf.emptyBin())
+        return complain(m_shelf.errorText());
+    sweepLeftovers(m_shelf, m_storeDir);
+    m_showBinAction->setChecked(false);
+}
+
+void MainWindow::complain(const QString& reason)
+{
+    const QString text = tr("Not saved: %1. Your text is still here.").arg(reason).toHtmlEscaped();
+    const QString link = u"%1 <a href='again' style='color: white'>%2</a>"_s;
+    m_complaint->setText(link.arg(text, tr("Try again")));
+    m_complaint->show();
+}
+
+void MainWindow::refresh()
+{
+    const QSignalBlocker quiet(m_list->selectionModel());
+    const bool bin = m_showBinAction->isChecked();
+    m_notes->show(
+        bin ? Shelf::Place::Bin : Shelf::Place::List, m_search->text(), m_pane->noteGuid());
+    m_list->setCurrentIndex(m_notes->index(m_notes->rowOf(m_pane->noteGuid())));
+    m_list->viewport()->update();
+    showNote();
+}
+
+void MainWindow::showNote()
+{
+    const NoteSummary note = m_shelf.note(m_pane->noteGuid()).value_or(NoteSummary());
+    const bool open = !m_pane->noteGuid().isEmpty();
+    m_stack->setCurrentIndex(open || !m_pane->isReady() ? 0 : 1);
+    m_figures->setText(!open
+            ? QString()
+            : tr("%1 words · %2 attachments · %3")
+                  .arg(QString::number(note.words), QString::number(note.attachments),
+                      locale().formattedDataSize(note.bytes)));
+    m_readOnlyAction->setChecked(note.readOnly);
+    m_readOnlyAction->setEnabled(open && !note.binned);
+    m_binAction->setEnabled(open && !note.binned);
+    m_restoreAction->setVisible(note.binned);
+    const int binned = m_shelf.binCount();
+    m_showBinAction->setText(tr("Bin (%1)").arg(binned));
+    m_emptyBinAction->setVisible(m_showBinAction->isChecked() && binned > 0);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    const QString question = tr("This note cannot be saved. Close and lose its last changes?");
+    if (!m_pane->saveNote()
+        && QMessageBox::question(this, windowTitle(), question) != QMessageBox::Yes)
+        return event->ignore();
+    m_settings.setValue(u"geometry"_s, saveGeometry());
+    m_settings.setValue(u"splitter"_s, m_splitter->saveState());
+    m_settings.setValue(u"note"_s, m_pane->noteGuid());
+}

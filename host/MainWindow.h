@@ -1,0 +1,50 @@
+#pragma once
+
+#include "EditorPane.h"
+#include "NoteList.h"
+#include "Shelf.h"
+
+#include <QtWidgets>
+
+/// The window: notes and search at the left, the open note at the right, its figures below.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    /// All three outlive the window.
+    MainWindow(Shelf& shelf, const QString& storeDir, QSettings& settings);
+    /// False: the editor cannot be started.
+    bool isUsable() const { return m_pane->isUsable(); }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void makeToolBar();
+    void makeList();
+    void makeNoteArea();
+    void connectPane();
+
+    void start();
+    void newNote();
+    void openNote(const QString& guid);
+    void setReadOnly(bool readOnly);
+    void setBinned(bool binned);
+    void emptyBin();
+    void complain(const QString& reason);
+    void refresh();
+    void showNote();
+
+    Shelf& m_shelf;
+    const QString m_storeDir;
+    QSettings& m_settings;
+    NoteList* const m_notes;
+    EditorPane* const m_pane;
+    QSplitter* const m_splitter;
+    QListView* const m_list;
+    QStackedWidget* const m_stack;
+    QLineEdit* const m_search;
+    QLabel* const m_complaint;
+    QLabel* const m_figures;
+    QAction *m_newAction, *m_readOnlyAction, *m_binAction, *m_restoreAction;
+    QAction *m_showBinAction, *m_emptyBinAction;
+};

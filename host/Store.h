@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+class Shelf;
+
+/// Deletes the files that the shelf calls leftovers. One that cannot be deleted is tried again at
+/// the next call; one outside `storeDir` is left alone.
+void sweepLeftovers(Shelf& shelf, const QString& storeDir);
+
+/// The file behind an attachment, empty if there is none: the path that the last save named, or
+/// else, as with old notes, the file of that name in the store itself.
+QString attachmentFile(Shelf& shelf, const QString& storeDir, const QString& noteGuid,
+    const QString& fileName, const QString& origName);

@@ -1,0 +1,71 @@
+// Copy, cut, paste and drop. What comes from outside is sanitised; files are the library's business.
+
+import { channel } from "../bridge/native";
+import type { Editor } from "../editor";
+import { codePoints, countCharacters, plainText } from "../note/plaintext";
+import { sanitiseForeign } from "../note/sanitise";
+
+/** Inserts `html` at the selection, sanitised, or refuses it whole when it is over the limit. */
+function insertForeign(editor: Editor, html: string): void {
+    const body = sanitiseForeign(html);
+    if (editor.limit.admits(countCharacters(body))) editor.exec("insertHTML", body.innerHTML);
+}
+
+function insertPlain(editor: Editor, text: string): void {
+    if (editor.limit.admits(codePoints(text))) editor.exec("insertText", text);
+}
+
+function insertData(editor: Editor, data: DataTransfer): void {
+    const html = data.getData("text/html");
+    const text = data.getData("text/plain");
+    // Code stays code: no foreign markup between its lines.
+    if (html && !editor.selection.closest("pre,code")) insertForeign(editor, html);
+    else if (text) insertPlain(editor, text);
+    editor.selection.reveal();
+}
+
+function copy(editor: Editor, event: ClipboardEvent): boolean {
+    const range = editor.selection.range();
+    if (!range || range.collapsed || !event.clipboardData) return false;
+    const fragment = editor.selection.fragment(range);
+    event.preventDefault();
+    event.clipboardData.setData("text/html", fragment.innerHTML);
+    const text = plainText(fragment);
+    if (text) event.clipboardData.setData("text/plain", text);
+    // The data reaches the clipboard when this event is over.
+    setTimeout(() => channel.copied());
+    return true;
+}
+
+function caretAt(doc: Document, event: DragEvent): Range | null {
+    return doc.caretRangeFromPoint(event.clientX, event.clientY);
+}
+
+export function listenToClipboard(editor: Editor): void {
+    editor.frame.onDocument((doc) => {
+        let ownDrag = false;
+        doc.addEventListener("copy", (event) => void copy(editor, event));
+        doc.addEventListener("cut", (event) => {
+            if (!editor.editable) event.preventDefault();
+            else if (copy(editor, event)) editor.exec("delete");
+        });
+        doc.addEventListener("paste", (event) => {
+            event.preventDefault();
+            if (editor.editable && event.clipboardData) insertData(editor, event.clipboardData);
+        });
+        doc.addEventListener("dragstart", () => (ownDrag = true));
+        doc.addEventListener("dragend", () => (ownDrag = false));
+        doc.addEventListener("drop", (event) => {
+            // A piece of the note that is moved inside it: the engine moves it, in one undo step.
+            if (ownDrag && editor.editable) {
+                editor.content.willChange();
+                return;
+            }
+            event.preventDefault();
+            if (!editor.editable || !event.dataTransfer) return;
+            const caret = caretAt(doc, event);
+            if (caret) editor.selection.set(caret);
+            insertData(editor, event.dataTransfer);
+        });
+    });
+}

@@ -1,0 +1,90 @@
+// The frame in which the note lives. Sandboxed without scripts: nothing in a note ever runs, while
+// this page, which has the same origin, listens and edits from outside.
+
+import noteStyle from "../note.css";
+import type { Strings } from "../strings";
+
+type DocumentListener = (doc: Document) => void;
+
+export class EditFrame {
+    readonly element: HTMLIFrameElement;
+    private readonly listeners: DocumentListener[] = [];
+    private editable = false;
+    private dark = false;
+
+    constructor(
+        parent: HTMLElement,
+        private readonly strings: Strings,
+    ) {
+        this.element = document.createElement("iframe");
+        this.element.className = "ke-edit-iframe";
+        this.element.setAttribute("sandbox", "allow-same-origin");
+        this.element.title = strings.note;
+        parent.append(this.element);
+    }
+
+    get document(): Document {
+        return this.element.contentDocument!;
+    }
+
+    get body(): HTMLElement {
+        return this.document.body;
+    }
+
+    /** `listener` adds its event listeners to each document that the frame shows. */
+    onDocument(listener: DocumentListener): void {
+        this.listeners.push(listener);
+    }
+
+    /** A fresh, empty document: no note, no selection, no undo history. */
+    reset(large: boolean): void {
+        const doc = this.document;
+        doc.open();
+        doc.write("<!DOCTYPE html><html><head></head><body></body></html>");
+        doc.close();
+        const style = doc.createElement("style");
+        style.textContent = noteStyle;
+        const { missingPicture, remotePicture } = this.strings;
+        doc.documentElement.style.setProperty("--missing", JSON.stringify(missingPicture));
+        doc.documentElement.style.setProperty("--remote", JSON.stringify(remotePicture));
+        doc.head.append(style);
+        doc.documentElement.classList.toggle("large", large);
+        doc.execCommand("defaultParagraphSeparator", false, "div");
+        this.applyMode();
+        this.applyScheme();
+        this.listeners.forEach((listener) => listener(doc));
+    }
+
+    /** The engine keeps its undo history for an editable root: a new one has none. */
+    replaceBody(): void {
+        const old = this.body;
+        const fresh = this.document.createElement("body");
+        fresh.append(...old.childNodes);
+        old.replaceWith(fresh);
+        this.applyMode();
+    }
+
+    setEditable(editable: boolean): void {
+        this.editable = editable;
+        this.applyMode();
+    }
+
+    setDark(dark: boolean): void {
+        this.dark = dark;
+        this.applyScheme();
+    }
+
+    focus(): void {
+        this.element.focus();
+        this.body.focus();
+    }
+
+    private applyMode(): void {
+        this.body.setAttribute("contenteditable", String(this.editable));
+        this.body.setAttribute("spellcheck", "false");
+    }
+
+    private applyScheme(): void {
+        this.document.documentElement.classList.toggle("dark", this.dark);
+    }
+}

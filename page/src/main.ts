@@ -1,0 +1,39 @@
+// Builds the page and makes it callable.
+
+import { channel, logError, settings } from "./bridge/native";
+import { openProtocol } from "./bridge/protocol";
+import { Editor } from "./editor";
+import { element } from "./ui/dom";
+import { Placeholder } from "./ui/placeholder";
+import { closePopupsOutside } from "./ui/popup";
+import { Toast } from "./ui/toast";
+import { Toolbar } from "./ui/toolbar";
+
+window.addEventListener("error", (event) => logError(event.error ?? event.message));
+window.addEventListener("unhandledrejection", (event) => logError(event.reason));
+
+document.documentElement.lang = settings.chinese ? "zh-CN" : "en";
+
+const paper = element("main", { class: "paper" });
+document.body.append(paper);
+const editor = new Editor(paper);
+const toolbar = new Toolbar(editor);
+const placeholder = new Placeholder(editor, paper);
+const toast = new Toast(document.body);
+document.body.prepend(toolbar.bar);
+paper.append(element("div", { class: "progress", role: "progressbar", "aria-label": editor.strings.loading }));
+
+editor.toast = (message) => toast.show(message);
+editor.focusToolbar = () => toolbar.focus();
+editor.stateChanged = () => {
+    toolbar.updateSoon();
+    placeholder.update();
+};
+editor.theme.set(settings.dark);
+// The parts above joined after the first, empty note was shown.
+editor.load("");
+editor.content.loads = 0;
+closePopupsOutside();
+
+openProtocol(editor);
+channel.ready();

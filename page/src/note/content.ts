@@ -1,0 +1,115 @@
+// The note's text as native code sees it. A note that was loaded and left alone, or changed and undone,
+// comes back as it was stored, byte for byte; only an edit is serialised.
+
+import { EditFrame } from "../edit/frame";
+import { nameOldAttachments } from "./attachments";
+import { escaped, Pieces } from "./pieces";
+import { plainText } from "./plaintext";
+
+export class Content {
+    /** Calls of `load` that this page has received. */
+    loads = 0;
+
+    private stored = "";
+    private revision = 0;
+    /** Whether the frame's nodes are just what the stored text says. */
+    private faithful = false;
+    /** The note's HTML as it was loaded, taken before the first change; escaped for JSON. */
+    private baseline: string | null = null;
+    private written: { revision: number; html: string } | null = null;
+    private answered: { revision: number; json: string } | null = null;
+    private readonly pieces: Pieces;
+    private readonly observer: MutationObserver;
+    private readonly listeners: (() => void)[] = [];
+
+    constructor(private readonly frame: EditFrame) {
+        this.pieces = new Pieces(() => frame.body);
+        this.observer = new MutationObserver((records) => this.note(records));
+    }
+
+    /** `listener` runs after each change of the note, some time after the change. */
+    onChange(listener: () => void): void {
+        this.listeners.push(listener);
+    }
+
+    /** Another note was given to the page; its text stands in `stored` until an edit. */
+    load(html: string): void {
+        this.observer.disconnect();
+        this.pieces.forget();
+        this.stored = html;
+        this.loads++;
+        this.revision = 0;
+        this.faithful = false;
+        this.baseline = null;
+        this.written = null;
+        this.answered = null;
+    }
+
+    /** The note stands in the frame, `faithful` to the stored text or not: changes count. */
+    watch(faithful = this.faithful): void {
+        this.faithful = faithful;
+        this.observer.disconnect();
+        this.observer.observe(this.frame.body, {
+            subtree: true,
+            childList: true,
+            attributes: true,
+            characterData: true,
+        });
+    }
+
+    /** Changes so far; equal numbers mean an unchanged note. */
+    currentRevision(): number {
+        this.note(this.observer.takeRecords());
+        return this.revision;
+    }
+
+    /** To be called before anything changes the note. */
+    willChange(): void {
+        if (this.baseline !== null || this.currentRevision() > 0) return;
+        nameOldAttachments(this.frame.body);
+        this.observer.takeRecords();
+        this.baseline = this.pieces.html();
+    }
+
+    /** The note's HTML as it stands inside a JSON text, without the quotes. */
+    escapedHtml(): string {
+        const revision = this.currentRevision();
+        if (this.written?.revision !== revision) {
+            const html = revision === 0 ? null : this.pieces.html();
+            const untouched = html === null || html === this.baseline;
+            this.written = { revision, html: untouched ? escaped(this.stored) : html };
+        }
+        return this.written.html;
+    }
+
+    /** The reply to a pull. An unchanged note costs no more than handing over a string. */
+    reply(): string {
+        const revision = this.currentRevision();
+        if (this.answered?.revision !== revision) {
+            const ehtml = this.escapedHtml();
+            const etext = JSON.stringify(this.text());
+            const json = `{"result":true,"errmsg":"","ehtml":"${ehtml}","etext":${etext}}`;
+            this.answered = { revision, json };
+            // The reply holds it now.
+            if (revision === 0) this.written = null;
+        }
+        return this.answered.json;
+    }
+
+    private text(): string {
+        if (this.revision > 0 || this.faithful) return this.pieces.text();
+        // As the engine reads the stored text, where nothing of it is loaded or run.
+        return plainText(new DOMParser().parseFromString(this.stored, "text/html").body);
+    }
+
+    private note(records: MutationRecord[]): void {
+        const body = this.frame.body;
+        const changes = records.filter(
+            (record) => record.type !== "attributes" || record.target !== body,
+        );
+        if (changes.length === 0) return;
+        this.pieces.note(changes);
+        this.revision++;
+        this.listeners.forEach((listener) => listener());
+    }
+}

@@ -1,0 +1,3 @@
+#include "bridge/INmEditorNotify.h"
+
+INmEditorNotify::~INmEditorNotify() = default;

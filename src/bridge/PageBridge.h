@@ -1,0 +1,69 @@
+#pragma once
+
+#include "bridge/NotePage.h"
+#include "bridge/OpenNote.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+class JsonObject;
+
+/// The calls to the page. A failed or refused call leaves the note's record as it was, writes its
+/// line to the log and raises nothing; the caller goes on.
+class PageBridge {
+public:
+    /// Neither argument is owned.
+    PageBridge(OpenNote& note, NotePage& page);
+
+    /// Sets the page's mode, unless the page has it already.
+    void SetReadOnly(int readOnly);
+    /// Sets the limit of characters of the note's text.
+    void SetEditorMaxChars(int size);
+    /// Replaces the page's text and begins a new note's books.
+    void SetEditorHtml(const QString& html);
+    /// Pulls the note's HTML and plain text. Always returns 1; after a failure both stay as given.
+    /// A pull that is cut by the death of the page is repeated when the page is back, and gives the
+    /// draft if it does not come back or the host has opened another note meanwhile.
+    int GetEditorContent(QString& html, QString& text);
+    /// Forgets the page's undo history. 1 if the call ran, else 0.
+    int HandleClearEditorCacheNotify();
+    /// Selects an attachment by a part of its name. 1 if the page found one, else 0.
+    int SelectedAttach(const QString& keyword);
+    /// Names another file and another picture for the attachments with that original name. The two
+    /// values must be valid inside a JSON text. Always returns 1.
+    int UpdateHtmlAttachAttr(
+        const QString& origName, const QString& classValue, const QString& srcValue);
+    /// Inserts an attachment element at the caret. 1 if the page did, else 0.
+    int AddPicToEditor(const QString& picPath, const QString& strData, const QString& exData,
+        const QString& type);
+
+    /// What puts a page that has died back into the state of this note: calls of `jsProcessor`, to
+    /// be sent before any other.
+    std::vector<std::pair<QString, QStringList>> restoringCalls();
+    /// Takes the page's draft, a JSON text with `load` and `html`. One that belongs to an earlier
+    /// text of the page is dropped.
+    void takeDraft(const QString& json);
+
+private:
+    /// The three log texts of a method; the first takes the page's message for "%s".
+    struct Messages {
+        QString refused, unparsable, failed;
+    };
+    bool perform(const QString& method, const QString& argument, const Messages& messages,
+        const std::function<void(const JsonObject&)>& onSuccess = {});
+    bool evaluate(long code, const QString& reply, const Messages& messages,
+        const std::function<void(const JsonObject&)>& onSuccess);
+    long pull(QString& reply, QString& draft);
+
+    OpenNote& m_note;
+    NotePage& m_page;
+    /// Texts that the page as it stands has received. Drafts carry the page's own count of them.
+    int m_textsSent = 0;
+    bool m_sendingText = false;
+
+    /// The last reply of a pull, and what was read from it: an unchanged page answers the same text.
+    QString m_lastReply, m_lastHtml, m_lastText;
+};

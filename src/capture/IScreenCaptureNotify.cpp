@@ -1,0 +1,3 @@
+#include "capture/IScreenCaptureNotify.h"
+
+IScreenCaptureNotify::~IScreenCaptureNotify() = default;

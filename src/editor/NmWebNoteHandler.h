@@ -1,0 +1,132 @@
+#pragma once
+
+#include "bridge/INmEditorNotify.h"
+#include "capture/IScreenCaptureNotify.h"
+#include "noteattach/NewAttachFile.h"
+#include "platform/BrowserNotify.h"
+#include "support/Export.h"
+
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class IEWebBrowser;
+struct OpenNote;
+
+/// The handler of a control: stands between native code and the page, and holds the record of the
+/// open note. Operations on notes and files that need no open note are static.
+///
+/// All operations belong to the thread of the user interface. Truth values are 1 and 0. Failures go
+/// to the log. A handler can be copied: the copy has the same record and works on the same browser.
+class NOMAR_EXPORT NmWebNoteHandler : public IJSCallFunNotify,
+                                      public IIEDragNotify,
+                                      public IIEUINotify,
+                                      public IScreenCaptureNotify {
+public:
+    NmWebNoteHandler();
+    NmWebNoteHandler(const NmWebNoteHandler& other);
+    NmWebNoteHandler& operator=(const NmWebNoteHandler& other);
+    ~NmWebNoteHandler() override;
+
+    /// Makes "CppProcessor" callable, which the constructor has done already.
+    void Init();
+
+    // --- The open note ---
+
+    void SetNotify(INmEditorNotify* notify);     ///< Not owned.
+    void SetIEWebBrowser(IEWebBrowser* browser); ///< Not owned. All page calls go through it.
+    void SetCurNoteGuid(const QString& guid);
+    QString GetCurNoteGuid() const;
+    int IsReadOnly() const;
+    /// Sets the page's mode, unless it is the same value already.
+    void SetReadOnly(int readOnly);
+    /// Sets the limit of characters of the note's text.
+    void SetEditorMaxChars(int size);
+    /// Puts a text into the page. Empties the books of sizes and times.
+    void SetEditorHtml(const QString& html);
+    /// Pulls the page's HTML and plain text. Always returns 1; after a failure both stay as given.
+    int GetEditorContent(QString& html, QString& text);
+    /// Forgets the page's undo history; 1 if the page could be called.
+    int HandleClearEditorCacheNotify();
+    /// For a host that forwards the browser's private messages by itself: acts on 2258 and 8004.
+    void WinMessageNotify(QWidget* hwnd, unsigned message, quintptr wParam, qintptr lParam);
+
+    // --- Books of the open note ---
+
+    /// Adds the stored sizes in bytes under their stored file names; a name that is known keeps its
+    /// size.
+    void InitAttachFileSize(const std::map<QString, quint64>& sizes);
+    /// Notes when an attachment came in or changed, "YYYY-MM-DD hh:mm:ss".
+    void RecordAttachModifyTime(
+        const QString& fileName, const QString& origName, const QString& modifyTime);
+    const std::map<QString, QString>& GetAttachModifyCache() const;
+
+    // --- Editing of the open note ---
+
+    /// Selects the attachment whose name holds `keyword` and shows it; 1 if there is one.
+    int SelectedAttach(const QString& keyword);
+    /// Names another stored file (`class`) and shown file (`src`) for the attachments of that
+    /// original name. Both values must be valid inside a JSON text. Always returns 1.
+    int UpdateHtmlAttachAttr(
+        const QString& origName, const QString& classValue, const QString& srcValue);
+
+    // --- Notes and files, no control needed ---
+
+    /// Lists the files that a note's HTML refers to: `noteattach/AttachList.h`.
+    static int ParseAttList(const QString& noteGuid, const QString& html,
+        std::vector<NewAttachFile>& attList, QString* plainText);
+    static int ParseAttOrigFileNameList(const QString& html, std::vector<QString>& origNames);
+    static void GetAttachFileFromHtml(const QString& noteGuid, const QString& html,
+        std::vector<QString>& filePaths, QString* plainText);
+    /// Returns 0 and changes nothing.
+    static int DelAttachFromHtmlFile(
+        const QString& noteGuid, const QString& origName, std::vector<NewAttachFile>& attList);
+    static void UpdateAttModifyTimeField(const QString& noteGuid,
+        std::vector<NewAttachFile>& attList, const std::map<QString, QString>& modifyCache);
+    static QString GetOrigNameFromJson(const std::string& json);
+    static QString FormatOrigNameToJson(const QString& origName);
+    static int IsPicFileType(const QString& name);
+    /// The present time as "%Y/%m/%d %H:%M".
+    static QString FormatCurTime();
+    /// A script value as text: `bridge/Format.h`.
+    static QString Format(VARIANT variant);
+    static bool path_is_folder(const QString& path);
+    static QString extract_foldername(const QString& path);
+
+    // --- What the browser calls ---
+
+    long OnGetFunId(const QString& name) override;
+    long OnExecuteFun(
+        long id, const DISPPARAMS& params, VARIANT& result, QString& exception) override;
+    long OnCppProcessor(const DISPPARAMS& params, VARIANT& result, QString& exception);
+    long OnDragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) override;
+    long OnDragOver(unsigned keyState, QPoint pt, int* effect) override;
+    long OnDragLeave() override;
+    long OnDrop(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) override;
+    long ShowContextMenu() override;
+    long ShowMessage(const QString& text) override;
+    long OnTranslateAccelerator(const QKeyEvent* msg) override;
+    void OnScreenCaptureComplet(const QImage& bitmap) override;
+    /// Opens an attachment of the open note through the host.
+    void OnDblClickAttachment(const QString& path, const QString& origName);
+    void HandleCopyNotify();
+
+    void OnRightClickAttach(
+        const QString& fileName, const QString& origName, const QString& rangeHtml);
+    void OnWriteEditorLog(const QString& type, const QString& msg);
+    void MyAttachMenu();
+    void ShareAttachMenu();
+    void DoAttachSaveAs();
+
+protected:
+    void OnAddAttachment();
+    void OnScreenCapture(int hideMainWnd);
+
+private:
+    friend class CNomarEditorImpl;
+    struct Rooms;
+    std::unique_ptr<Rooms> d;
+};

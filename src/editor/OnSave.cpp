@@ -1,0 +1,52 @@
+// The path of a save: from any trigger to the host's OnSaveNote.
+
+#include "editor/CNomarEditorImpl.h"
+
+#include "editor/NmWebNoteHandler_p.h"
+#include "noteattach/AttachList.h"
+#include "noteattach/ModifyTimes.h"
+#include "notestore/NoteHtmlRW.h"
+#include "platform/Boxes.h"
+#include "support/Paths.h"
+
+#include <QPointer>
+
+void CNomarEditorImpl::OnSave()
+{
+    if (m_handler.IsReadOnly())
+        return;
+    // What is filed is filed under the note as it stands now: while the page is asked, the host may
+    // open another one.
+    const OpenNote& note = m_handler.d->note;
+    const quint64 load = note.m_loads;
+    const QString guid = note.m_curNoteGuid;
+    const noteattach::AttachModifyCache times = note.m_attachModifyCache;
+    const QString lastHtml = m_lastHtml;
+    NOTE_HTML_VER_NUMBER version = m_htmlVer;
+    INmEditorNotify* const notify = m_notify;
+    const QPointer<CNomarEditorImpl> alive(this);
+    const auto sameNote = [&] { return alive && m_handler.d->note.m_loads == load; };
+
+    QString html, text;
+    if (!m_handler.GetEditorContent(html, text)) {
+        BCGPMessageBox(QStringLiteral("获取笔记编辑器内容失败！"));
+        return;
+    }
+    if (html == lastHtml)
+        return;
+
+    GetAttachmentDir(); // Makes the store, which a first note is filed into before anything else is.
+    NewAttachFile noteFile;
+    const int filed = NoteHtmlRW::SaveHtmlTextToFile(html, noteFile, &version);
+    if (sameNote())
+        m_htmlVer = version; // Raised by an upgrade, also when a later step failed.
+    if (!filed)
+        return;
+
+    std::vector<NewAttachFile> list;
+    noteattach::ParseAttList(guid, html, list, nullptr);
+    list.insert(list.begin(), noteFile);
+    noteattach::UpdateAttModifyTimeField(guid, list, times);
+    if (notify && notify->OnSaveNote(guid, list, text) && sameNote())
+        m_lastHtml = html;
+}

@@ -1,0 +1,172 @@
+#include "html/HtmlDocument.h"
+
+#include "html/Attributes.h"
+#include "html/BodySplicer.h"
+#include "html/CharacterReferences.h"
+#include "html/DocumentScan.h"
+#include "html/TagNames.h"
+
+#include <algorithm>
+
+using namespace html;
+
+namespace {
+
+bool isAttributeName(QLatin1StringView name)
+{
+    return !name.isEmpty() && std::none_of(name.begin(), name.end(), [](char c) {
+        return c == '\0' || isSpace(uchar(c))
+            || QLatin1StringView("\"'<>/=").contains(QLatin1Char(c));
+    });
+}
+
+// Where the attributes of a start tag begin.
+qsizetype nameEnd(QStringView tag)
+{
+    const auto endsName = [](QChar c) { return isSpace(c.unicode()) || c == u'/' || c == u'>'; };
+    return std::find_if(tag.begin() + 1, tag.end(), endsName) - tag.begin();
+}
+
+QStringView nameOf(QStringView tag, const AttributeSpan& span)
+{
+    return tag.sliced(span.nameBegin, span.nameEnd - span.nameBegin);
+}
+
+} // namespace
+
+// Asks the memory for the element after next, long before it is read. Elements are read in order
+// and stand far apart in a text that has left the near caches by then: without this a long note
+// costs a fifth more than its length.
+void HtmlDocument::prefetchAfter([[maybe_unused]] qsizetype element) const
+{
+#ifdef __GNUC__
+    constexpr std::size_t kLines = 6;
+    constexpr std::size_t kUnitsPerLine = 64 / sizeof(char16_t);
+    const std::size_t ahead = std::size_t(element) + 2;
+    if (ahead >= m_scan.elements.size())
+        return;
+    const qsizetype begin = m_scan.elements[ahead].begin;
+    if (begin + qsizetype(kLines * kUnitsPerLine) > m_html.size())
+        return;
+    const QChar* tag = m_html.constData() + begin;
+    for (std::size_t line = 0; line < kLines; ++line)
+        __builtin_prefetch(tag + line * kUnitsPerLine);
+#endif
+}
+
+HtmlDocument::HtmlDocument(const QString& html, QLatin1StringView tag)
+    : m_html(html)
+    , m_scan(scanDocument(m_html, tag))
+{
+}
+
+QStringView HtmlDocument::elementText(qsizetype element) const
+{
+    const Piece& piece = m_scan.elements[std::size_t(element)];
+    return QStringView(m_html).sliced(piece.begin, piece.end - piece.begin);
+}
+
+const HtmlDocument::Change* HtmlDocument::changeOf(qsizetype element) const
+{
+    const auto found = m_changes.find(element);
+    return found == m_changes.end() ? nullptr : &found->second;
+}
+
+std::optional<QString> HtmlDocument::attribute(qsizetype element, QLatin1StringView name) const
+{
+    if (const Change* change = changeOf(element)) {
+        for (const auto& [changedName, value] : change->attributes) {
+            if (changedName == name)
+                return value;
+        }
+    }
+    prefetchAfter(element);
+    const QStringView tag = elementText(element);
+    AttributeReader reader(tag, nameEnd(tag));
+    for (AttributeSpan span; reader.next(span);) {
+        if (equalsLower(nameOf(tag, span), name))
+            return decodeText(
+                tag.sliced(span.valueBegin, span.valueEnd - span.valueBegin), TextPlace::Attribute);
+    }
+    return std::nullopt;
+}
+
+bool HtmlDocument::setAttribute(qsizetype element, QLatin1StringView name, const QString& value)
+{
+    if (!isAttributeName(name))
+        return false;
+    const QString readBack = decodeText(encodeAttributeValue(value), TextPlace::Attribute);
+    for (auto& [changedName, changedValue] : m_changes[element].attributes) {
+        if (changedName == name) {
+            changedValue = readBack;
+            return true;
+        }
+    }
+    m_changes[element].attributes.emplace_back(name, readBack);
+    return true;
+}
+
+void HtmlDocument::remove(qsizetype element)
+{
+    m_changes[element].removed = true;
+    m_anyRemoved = true;
+}
+
+// The start tag with its new values in place, the rest of it as it stands.
+QString HtmlDocument::changedTag(qsizetype element, const Change& change) const
+{
+    const QStringView tag = elementText(element);
+    std::vector<NameValue> missing = change.attributes;
+    const qsizetype head = nameEnd(tag);
+    QString tail;
+    qsizetype copied = head;
+    AttributeReader reader(tag, head);
+    for (AttributeSpan span; !missing.empty() && reader.next(span);) {
+        const auto set = std::find_if(missing.begin(), missing.end(), [&](const NameValue& entry) {
+            return equalsLower(nameOf(tag, span), QLatin1StringView(entry.first.toLatin1()));
+        });
+        if (set == missing.end())
+            continue;
+        const qsizetype quote = span.quoted ? 1 : 0;
+        const qsizetype begin = span.valueBegin - quote;
+        tail += tag.sliced(copied, begin - copied);
+        if (!span.hasEquals)
+            tail += u'=';
+        tail += u'"' + encodeAttributeValue(set->second) + u'"';
+        copied = span.valueEnd + quote;
+        missing.erase(set);
+    }
+    tail += tag.sliced(copied);
+
+    QString result = tag.first(head).toString();
+    for (const auto& [name, value] : missing)
+        result += u' ' + name + QLatin1StringView("=\"") + encodeAttributeValue(value) + u'"';
+    return result + tail;
+}
+
+QString HtmlDocument::bodyInnerHtml() const
+{
+    if (!m_scan.hasBody)
+        return QString();
+    BodySplicer splicer(m_html, m_scan.bodyBegin);
+    auto cut = m_scan.cuts.begin();
+    const auto cutUpTo = [&](qsizetype position) {
+        for (; cut != m_scan.cuts.end() && cut->begin < position; ++cut)
+            splicer.cut(*cut);
+    };
+    for (const auto& [element, change] : m_changes) {
+        const Piece& piece = m_scan.elements[std::size_t(element)];
+        cutUpTo(piece.begin);
+        if (change.removed)
+            splicer.cut(piece);
+        else
+            splicer.replace(piece, changedTag(element, change));
+    }
+    cutUpTo(m_html.size());
+    return splicer.take();
+}
+
+QString HtmlDocument::bodyText() const
+{
+    return scanPlainText(m_anyRemoved ? bodyInnerHtml() : m_html).plainText;
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "html/ScanResult.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+// An HTML document that is not on any page: a text is read once, its elements of one name are
+// listed, their attributes are read and set, elements are taken out, and the inside of the body
+// comes back. There is no tree. The text is cut into tokens as the HTML standard (section 13.2) has
+// it, and tree building is followed only as far as it decides which tags make an element. A change
+// is a splice: every byte that was not asked to change stays as it was.
+//
+//     HtmlDocument document(html);
+//     for (qsizetype i = 0; i < document.elementCount(); ++i) {
+//         if (document.attribute(i, "nm_exdata"_L1) == wanted)
+//             document.setAttribute(i, "src"_L1, newSource);
+//     }
+//     QString body = document.bodyInnerHtml();
+//
+// Time is linear in the text and memory does not depend on its depth, save for a text with svg,
+// math, select or template, where it takes a few words per open element. Values are decoded when
+// asked for. The text is shared, not copied. Nothing here fails or throws but for memory: every
+// text is a document. A document is a value; it has no locks.
+//
+// What counts as an element:
+// - Tags inside comments, raw text (style, script, title, textarea, xmp, iframe, noembed, noframes,
+// plaintext) and template are none,
+//   and none is a tag that the text ends in.
+// - Inside select an img is none. The select ends at its end tag, at another select, input,
+// textarea or keygen, and, if
+//   it stands in a table, at row and cell tags.
+// - Inside svg and math an img ends them, so it counts; an `image` is an img, but not inside svg
+// and math.
+// - A document of frames (a frameset before any content) has no body and no elements.
+//
+// What the inside of the body is:
+// - A text without a doctype, html, head or body tag in front of its content is a fragment: all of
+// it is the inside.
+// - Otherwise the inside starts where the body does: behind the body tag, or with the first content
+// where there is none.
+//   It reaches to the end of the text; html, head and body tags of either kind, doctypes and
+//   framesets in it are cut out, and so is a tag that the text ends in.
+// - Where a cut would join two pieces of text into markup ("<" and "img"), an empty comment keeps
+// them apart.
+//
+// Where this knowingly differs from full tree building is told, case by case, in
+// docs/html-document.md; tests hold the rest against a full parser.
+class HtmlDocument {
+public:
+    // `tag` is the name of the elements to list, in lower case. It is meant for elements without
+    // content (img, br, hr, embed …): of any other only the start tags are listed, and those with
+    // rules of their own (html, body, parts of tables) may be listed where a tree has none.
+    explicit HtmlDocument(const QString& html, QLatin1StringView tag = QLatin1StringView("img"));
+
+    // The elements in document order are numbered from 0. A removed one keeps its number.
+    qsizetype elementCount() const { return qsizetype(m_scan.elements.size()); }
+
+    // The value of an attribute, character references decoded: no value if the element has no such
+    // attribute, the empty text if it has it without a value. The first of two attributes of one
+    // name counts. `name` is in lower case. The value is whole: a class text is not split.
+    std::optional<QString> attribute(qsizetype element, QLatin1StringView name) const;
+
+    // Sets an attribute of an element. One that exists keeps its place, a new one goes right behind
+    // the tag's name. The value is written between double quotes so that it reads back the same,
+    // but for what no HTML text can hold: NUL and lone surrogates become U+FFFD. `name` is in lower
+    // case; false, and no change, if it is not a name (empty, or with white space, NUL, a quote,
+    // '<', '>', '/' or '=').
+    bool setAttribute(qsizetype element, QLatin1StringView name, const QString& value);
+
+    // Takes an element out of the document: its tag, which is the whole of an element without
+    // content.
+    void remove(qsizetype element);
+
+    // False for a document of frames alone.
+    bool hasBody() const { return m_scan.hasBody; }
+
+    // The inside of the body with all changes; empty without a body.
+    QString bodyInnerHtml() const;
+
+    // The plain text of the body, as a person would read it, after all removals: the rule is
+    // docs/plain-text.md. Reads the text again at each call.
+    QString bodyText() const;
+
+private:
+    using NameValue = std::pair<QString, QString>;
+    struct Change {
+        bool removed = false;
+        std::vector<NameValue> attributes; // those set, in the order of their first setting
+    };
+
+    QStringView elementText(qsizetype element) const;
+    void prefetchAfter(qsizetype element) const;
+    const Change* changeOf(qsizetype element) const;
+    QString changedTag(qsizetype element, const Change& change) const;
+
+    QString m_html;
+    html::ScanResult m_scan;
+    std::map<qsizetype, Change> m_changes; // by element
+    bool m_anyRemoved = false;
+};

@@ -1,0 +1,57 @@
+#include "notestore/HtmlFileUpgrade.h"
+
+#include "html/HtmlDocument.h"
+#include "noteattach/AttachList.h"
+#include "noteattach/ExData.h"
+#include "support/Log.h"
+
+#include <exception>
+
+namespace {
+
+constexpr QLatin1StringView kExData("nm_exdata");
+
+// An element of the new form has `nm_exdata`; a picture that is no attachment has no path in its
+// class.
+bool isOldAttachment(const HtmlDocument& document, qsizetype element, const QString& classText)
+{
+    if (!document.attribute(element, kExData).value_or(QString()).isEmpty())
+        return false;
+    return classText.contains(u'/') || classText.contains(u'\\');
+}
+
+bool addExData(HtmlDocument& document)
+{
+    bool changed = false;
+    for (qsizetype i = 0; i < document.elementCount(); ++i) {
+        const QString classText
+            = document.attribute(i, QLatin1StringView("class")).value_or(QString());
+        if (!isOldAttachment(document, i, classText))
+            continue;
+        const QString origName = noteattach::LastComponent(classText);
+        document.setAttribute(i, kExData, noteattach::FormatOrigNameToJson(origName));
+        changed = true;
+    }
+    return changed;
+}
+
+}
+
+int HtmlVer_1_To_2::DoUpgrade(const QString& inHtml, QString& outHtml)
+{
+    try {
+        HtmlDocument document(inHtml);
+        if (!addExData(document)) {
+            outHtml = inHtml;
+            return 1;
+        }
+        if (!document.hasBody())
+            return 0;
+        outHtml = document.bodyInnerHtml();
+        return 1;
+    } catch (const std::exception&) {
+        SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
+            QStringLiteral("[ERROR] HtmlVer_1_To_2::DoUpgrade失败！"));
+        return 0;
+    }
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "notestore/NoteHtmlVersion.h"
+
+#include <QString>
+
+/// The bytes of a note file; docs/note-file.md tells the format. What NoteHtmlRW is made of.
+namespace notestore {
+
+/// Writes marker and text to `path`, a file there being emptied first, and brings them to the disk.
+/// 1 if all of it was written; `length` receives the count of bytes. 0 if the file cannot be opened
+/// or a write or the flush failed; what was written so far is left to the caller.
+int WriteHtmlFile(
+    const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version, qint64* length);
+
+/// Sets `*version` to the number in a marker's JSON. It stays as it is if that is no JSON object,
+/// and becomes 0 if the number is missing or none.
+void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version);
+
+/// Takes the marker off a file's text and gives its version, 0 without a marker.
+QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version);
+
+}

@@ -1,0 +1,289 @@
+// The life of the control's page: the engine's start, the first completion, the calls in both
+// directions, and the way back after the render process has died.
+
+#include "platform/IEWebBrowser_p.h"
+#include "support/Log.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QLocale>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWebEngineProfile>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#endif
+
+namespace {
+
+/// A page whose process dies this often within a minute is given up.
+constexpr int maxDeaths = 5;
+constexpr int deathWindowMs = 60000;
+
+VARIANT toVariant(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        return VARIANT::Text(value.toString());
+    case QMetaType::Bool:
+        return VARIANT::Bool(value.toBool());
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+        return VARIANT::Integer(VT_I4, value.toLongLong());
+    case QMetaType::Double: {
+        const double number = value.toDouble();
+        const auto whole = qint32(number);
+        return number == whole ? VARIANT::Integer(VT_I4, whole) : VARIANT::Real(VT_R8, number);
+    }
+    default: {
+        VARIANT empty;
+        empty.vt = value.isNull() ? VT_NULL : VT_UNKNOWN;
+        return empty;
+    }
+    }
+}
+
+} // namespace
+
+IEWebBrowser::Private::Private(IEWebBrowser& browser)
+    : q(browser)
+{
+}
+
+IEWebBrowser::Private::~Private()
+{
+    close();
+}
+
+void IEWebBrowser::Private::close()
+{
+    setState(State::Closed);
+    // A wait further up this thread's stack must not find the engine gone.
+    calls.loseAll();
+    Q_EMIT settled();
+    setInputWidget(nullptr);
+    delete view;
+}
+
+void IEWebBrowser::Private::setState(State next)
+{
+    state = next;
+    if (next == State::Lost)
+        m_lost.emplace(queue);
+    else
+        m_lost.reset();
+}
+
+void IEWebBrowser::Private::startEngine()
+{
+    if (view)
+        return load();
+    page = std::make_unique<BrowserPage>(NewPageProfile(this), nullptr);
+    page->mayNavigate = [this](const QUrl& target) { return mayNavigate(target); };
+    page->showMessage
+        = [this](const QString& text) { return uiNotify && uiNotify->ShowMessage(text) == S_OK; };
+    page->setBackgroundColor(q.palette().base().color());
+    channel = std::make_unique<PageChannel>(*page);
+    channel->inject(settings());
+    connect(channel.get(), &PageChannel::called, this, &Private::onCall);
+    connect(channel.get(), &PageChannel::privateMessage, this,
+        [this](const QString& kind, const QString& text) {
+            if (kind == u"ready")
+                QTimer::singleShot(1, this, &Private::onPageReady);
+            else
+                q.OnPrivateMessage(kind, text);
+        });
+    connect(page.get(), &QWebEnginePage::loadFinished, this, &Private::onLoadFinished);
+    connect(page.get(), &QWebEnginePage::urlChanged, this, &Private::onUrlChanged);
+    connect(page.get(), &QWebEnginePage::renderProcessTerminated, this, &Private::onProcessGone);
+
+    view = new PageView(&q);
+    view->setDragNotify(dragNotify);
+    view->uiNotify = uiNotify;
+    connect(view, &PageView::inputWidgetChanged, this, &Private::setInputWidget);
+    view->setPage(page.get());
+    q.layout()->addWidget(view);
+    load();
+}
+
+void IEWebBrowser::Private::load()
+{
+    if (!view)
+        return;
+    m_ownLoad = true;
+    page->load(url);
+}
+
+PageChannel::Settings IEWebBrowser::Private::settings() const
+{
+    return {QLocale().bcp47Name(), q.palette().window().color().lightness() < 128};
+}
+
+void IEWebBrowser::Private::setInputWidget(QWidget* widget)
+{
+    if (inputWidget)
+        inputWidget->removeEventFilter(&q);
+    inputWidget = widget;
+    if (!inputWidget)
+        return;
+    inputClass = widget->metaObject();
+    inputWidget->installEventFilter(&q);
+}
+
+bool IEWebBrowser::Private::mayNavigate(const QUrl& target)
+{
+    if (target == url && std::exchange(m_ownLoad, false) && state == State::Lost)
+        return true;
+    bool cancel = false;
+    q.OnBeforeNavigate2(target.toString(), cancel);
+    return !cancel && target == url;
+}
+
+void IEWebBrowser::Private::onLoadFinished(bool ok)
+{
+    if (state != State::Loading)
+        return;
+    if (!ok) {
+        SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
+            QStringLiteral("[ERROR] IEWebBrowser page could not be loaded: ") + url.toLocalFile());
+        return;
+    }
+    state = State::Ready;
+    setInputWidget(view->focusProxy());
+    q.OnDocumentComplete(url.toString());
+}
+
+long IEWebBrowser::Private::call(
+    const QString& function, const std::vector<VARIANT>& args, VARIANT& result)
+{
+    result = VARIANT();
+    const QPointer<Private> self(this);
+    if (!waitForPage())
+        return PAGE_CALL_NOT_BACK;
+    if (!self || state != State::Ready)
+        return PAGE_CALL_FAILED;
+
+    QStringList texts;
+    for (auto argument = args.rbegin(); argument != args.rend(); ++argument)
+        texts.append(argument->bstrVal);
+    const QString script = CallScript(function, texts);
+    QVariant reply;
+    PageCalls::End end;
+    {
+        const CallQueue::Flight flight(queue);
+        end = calls.run(*page, script, deadlineMs, reply);
+    }
+    if (!self)
+        return PAGE_CALL_LOST;
+    if (end == PageCalls::End::Deadline)
+        killRenderProcess();
+    if (end != PageCalls::End::Reply)
+        return PAGE_CALL_LOST;
+    if (reply.typeId() == QMetaType::QString) {
+        result = VARIANT::Text(reply.toString());
+        return S_OK;
+    }
+    // Anything but text comes in an array, so that an empty reply is a script that did not run.
+    const QVariantList parts = reply.toList();
+    return !parts.isEmpty() && parts.first().toString() == u"value" ? S_OK : PAGE_CALL_FAILED;
+}
+
+void IEWebBrowser::Private::killRenderProcess()
+{
+    // A script that never ends survives a reload; only its process can be ended. The page is loaded
+    // again when the engine has noticed.
+    losePage();
+#ifdef Q_OS_UNIX
+    const qint64 pid = page->renderProcessPid();
+    if (pid > 0)
+        ::kill(pid_t(pid), SIGKILL);
+#endif
+}
+
+void IEWebBrowser::Private::losePage()
+{
+    if (state == State::Ready)
+        setState(State::Lost);
+    calls.loseAll();
+}
+
+void IEWebBrowser::Private::onProcessGone()
+{
+    if (state != State::Ready && state != State::Loading && state != State::Lost)
+        return;
+    losePage();
+    if (!m_sinceDeath.isValid() || m_sinceDeath.elapsed() > deathWindowMs) {
+        m_deaths = 0;
+        m_sinceDeath.start();
+    }
+    if (++m_deaths <= maxDeaths) {
+        QTimer::singleShot(1, this, &Private::load);
+    } else {
+        SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
+            QStringLiteral("[ERROR] IEWebBrowser page process keeps dying, given up"));
+        setState(State::Failed);
+        Q_EMIT settled();
+    }
+}
+
+void IEWebBrowser::Private::onUrlChanged(const QUrl& now)
+{
+    // The engine asks nobody before it shows "about:blank".
+    if (state != State::Ready || now.matches(url, QUrl::RemoveFragment))
+        return;
+    losePage();
+    QTimer::singleShot(1, this, &Private::load);
+}
+
+void IEWebBrowser::Private::reload()
+{
+    m_sinceDeath.invalidate();
+    setState(State::Lost);
+    load();
+}
+
+bool IEWebBrowser::Private::waitForPage()
+{
+    if (state == State::Failed)
+        reload();
+    if (state != State::Lost)
+        return true;
+    const QPointer<Private> self(this);
+    QEventLoop loop;
+    connect(this, &Private::settled, &loop, &QEventLoop::quit);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    QTimer::singleShot(deadlineMs, &loop, &QEventLoop::quit);
+    QCoreApplication::postEvent(&loop, new QEvent(QEvent::None));
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    return self && state == State::Ready;
+}
+
+void IEWebBrowser::Private::onPageReady()
+{
+    if (state != State::Lost)
+        return;
+    setState(State::Ready);
+    setInputWidget(view->focusProxy());
+    if (std::exchange(hadFocus, false) && !q.window()->focusWidget())
+        view->setFocus();
+    q.OnPageRecovered();
+    Q_EMIT settled();
+}
+
+void IEWebBrowser::Private::onCall(const QVariantList& arguments)
+{
+    // A script's arguments stand in reverse, as the call interface has them.
+    DISPPARAMS params;
+    for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument)
+        params.rgvarg.push_back(toVariant(*argument));
+    params.cArgs = unsigned(params.rgvarg.size());
+    queue.post([this, params] {
+        const long id = callNotify ? callNotify->OnGetFunId(QStringLiteral("CppProcessor")) : -1;
+        if (id == -1)
+            return;
+        VARIANT result;
+        QString exception;
+        callNotify->OnExecuteFun(id, params, result, exception);
+    });
+}

@@ -1,0 +1,62 @@
+#include "html/HtmlDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+struct Case {
+    QString html;
+    QString text;
+};
+
+// The table that the page is held against too.
+std::vector<Case> sharedCases()
+{
+    QFile file(QStringLiteral(NOMAR_TEST_DATA "/plain-text.json"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    std::vector<Case> result;
+    for (const QJsonValue value : QJsonDocument::fromJson(file.readAll()).array()) {
+        const QJsonObject entry = value.toObject();
+        result.push_back({entry[u"html"].toString(), entry[u"text"].toString()});
+    }
+    return result;
+}
+
+TEST(PlainText, FollowsTheSharedTable)
+{
+    const std::vector<Case> cases = sharedCases();
+    ASSERT_GE(cases.size(), 80u);
+    for (const Case& c : cases)
+        EXPECT_EQ(HtmlDocument(c.html).bodyText().toStdString(), c.text.toStdString())
+            << c.html.toStdString();
+}
+
+TEST(PlainText, IsTheSameForTheInsideOfTheBody)
+{
+    for (const Case& c : sharedCases()) {
+        const QString inside = HtmlDocument(c.html).bodyInnerHtml();
+        EXPECT_EQ(HtmlDocument(inside).bodyText().toStdString(), c.text.toStdString())
+            << c.html.toStdString();
+    }
+}
+
+TEST(PlainText, LoneSurrogatesAndNulAreReplacedOrDropped)
+{
+    const char16_t units[] = {u'a', 0, 0xD800, u'b', 0xDC00, 0};
+    EXPECT_EQ(
+        HtmlDocument(QString::fromUtf16(units, 6)).bodyText(), QStringLiteral(u"a\uFFFDb\uFFFD"));
+}
+
+TEST(PlainText, FramesHaveNone)
+{
+    EXPECT_EQ(
+        HtmlDocument(QStringLiteral("<frameset><noframes>a</noframes></frameset>")).bodyText(),
+        QString());
+}
+
+} // namespace

@@ -1,0 +1,64 @@
+#include "platform/KeyState.h"
+#include "kit/Print.h"
+
+#include <QKeyEvent>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QKeyEvent press(int key, Qt::KeyboardModifiers modifiers = {})
+{
+    return QKeyEvent(QEvent::KeyPress, key, modifiers);
+}
+
+QKeyEvent release(int key, bool repeated = false)
+{
+    return QKeyEvent(QEvent::KeyRelease, key, Qt::NoModifier, QString(), repeated);
+}
+
+} // namespace
+
+TEST(VirtualKey, LettersAndFunctionKeysHaveTheirNumbers)
+{
+    EXPECT_EQ(VirtualKey(Qt::Key_S), 83);
+    EXPECT_EQ(VirtualKey(Qt::Key_F4), 115);
+    EXPECT_EQ(VirtualKey(Qt::Key_F5), 0x74);
+    EXPECT_EQ(VirtualKey(Qt::Key_Control), VK_CONTROL);
+    EXPECT_EQ(VirtualKey(Qt::Key_Left), 0);
+}
+
+TEST(KeyState, AKeyIsDownFromPressToRelease)
+{
+    KeyState keys;
+    keys.press(press(Qt::Key_C));
+    EXPECT_TRUE(keys.isDown('C'));
+    keys.release(release(Qt::Key_C, true));
+    EXPECT_TRUE(keys.isDown('C')) << "an automatic repeat is no release";
+    keys.release(release(Qt::Key_C));
+    EXPECT_FALSE(keys.isDown('C'));
+}
+
+TEST(KeyState, ControlHeldSinceBeforeTheFocusCameCounts)
+{
+    KeyState keys;
+    keys.press(press(Qt::Key_S, Qt::ControlModifier));
+    EXPECT_TRUE(keys.isDown(VK_CONTROL));
+}
+
+TEST(KeyState, ControlReleasedElsewhereIsForgottenAtTheNextKey)
+{
+    KeyState keys;
+    keys.press(press(Qt::Key_Control, Qt::ControlModifier));
+    keys.press(press(Qt::Key_S));
+    EXPECT_FALSE(keys.isDown(VK_CONTROL));
+}
+
+TEST(KeyState, LossOfFocusForgetsAll)
+{
+    KeyState keys;
+    keys.press(press(Qt::Key_V, Qt::ControlModifier));
+    keys.clear();
+    EXPECT_FALSE(keys.isDown('V'));
+    EXPECT_FALSE(keys.isDown(VK_CONTROL));
+}

@@ -1,0 +1,32 @@
+#include "support/FailingNew.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+constexpr long kUnlimited = -1;
+thread_local long t_allowed = kUnlimited;
+
+void* allocate(std::size_t size)
+{
+    if (t_allowed == 0)
+        throw std::bad_alloc();
+    if (t_allowed > 0)
+        --t_allowed;
+    if (void* memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+}
+
+FailingNew::FailingNew(long allowed) { t_allowed = allowed; }
+FailingNew::~FailingNew() { t_allowed = kUnlimited; }
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }

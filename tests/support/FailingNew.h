@@ -1,0 +1,13 @@
+#pragma once
+
+/// Makes `new` fail, so that what a memory shortage does can be seen.
+
+/// While it lives, the allocation of this thread behind `allowed` others throws std::bad_alloc, and
+/// so does each after it. Only C++ allocations count; texts of Qt use malloc.
+class FailingNew {
+public:
+    explicit FailingNew(long allowed);
+    ~FailingNew();
+    FailingNew(const FailingNew&) = delete;
+    FailingNew& operator=(const FailingNew&) = delete;
+};

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "DevTools.h"
+#include "Host.h"
+#include "Records.h"
+
+#include <QPoint>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <stdexcept>
+
+/// A step that did not come out as it should.
+struct StepFailure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// What a step can do: act on the host as a person does, and look at what came of it.
+class Tour {
+public:
+    Tour(const QString& hostProgram, const QString& shotDir);
+
+    /// Runs one step and prints its line. False: it failed.
+    bool run(const char* name, const std::function<void(Tour&)>& step);
+
+    // --- the host ---
+    void startHost(const QString& language = QStringLiteral("en"), bool dark = false);
+    void quitHost();
+    QString appDir() const { return m_dir.filePath(QStringLiteral("notes")); }
+    /// The paths that the host gave to the desktop to open, one a line.
+    QString openedByDesktop() const;
+
+    // --- acting ---
+    void key(const QString& keys);
+    void type(const QString& text);
+    void clickAt(QPoint screen, int times = 1);
+    /// Clicks the element of the page that `expression` yields.
+    void clickElement(const QString& expression, int times = 1);
+    /// Clicks the button of the page with that label.
+    void clickButton(const QString& label);
+    /// Clicks into the note, behind its last character.
+    void clickNote();
+    void clickRow(int row);
+    /// A point of the window, from its left or (negative) right edge and its top.
+    QPoint inWindow(int x, int y);
+    void shot(const QString& name);
+
+    // --- looking ---
+    QJsonValue page(const QString& expression) { return tools.evaluate(expression); }
+    QString noteText();
+    /// Waits until the expression holds in the page.
+    void expectPage(const QString& expression);
+    void expectText(const QString& text);
+    void expect(const QString& what, const std::function<bool()>& holds, int milliseconds = 10'000);
+    /// Waits until the note of that title is filed, and its file whole.
+    void expectFiled(const QString& title, const QString& text);
+
+    Host host;
+    DevTools tools;
+    Records records;
+
+private:
+    QString xdotool(const QStringList& arguments);
+    QString window();
+
+    QTemporaryDir m_dir;
+    const QString m_shotDir;
+    QPoint m_pageOrigin;
+    int m_shots = 0;
+};
+
+/// The editable document of the page, as a JavaScript expression.
+inline const QString noteDocument =
+    QStringLiteral("document.querySelector('iframe.ke-edit-iframe').contentDocument");

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What nmnote can do. A verb prints its result to the standard output and complaints to the standard
+/// error stream, and returns the exit code.
+namespace nmnote {
+
+enum ExitCode { Done = 0, Failed = 1, BadUse = 2 };
+
+/// The arguments behind the verb, taken apart and checked for number.
+struct Arguments {
+    QStringList operands;
+    QString guid; ///< --guid
+    std::optional<int> version; ///< --version
+};
+
+int parseVerb(const Arguments& arguments);
+int readVerb(const Arguments& arguments);
+int textVerb(const Arguments& arguments);
+int saveVerb(const Arguments& arguments);
+int md5Verb(const Arguments& arguments);
+int checkVerb(const Arguments& arguments);
+
+}
