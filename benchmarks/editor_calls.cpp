@@ -30,10 +30,12 @@ void emptyCall(CNomarEditorImpl& control)
         throw std::runtime_error("the page call failed");
 }
 
-// A bare page that answers a pull with the text that our page answered.
+// A bare page that answers a pull with the text that our page answered. It has made that text
+// itself, as ours has: the engine keeps a new text differently from a literal of a script.
 void prepareReply(BareView& bare, const QString& reply)
 {
-    bare.call(QStringLiteral("window.reply = %1; window.pull = () => window.reply; ''")
+    bare.call(QStringLiteral(
+        "window.reply = JSON.stringify(JSON.parse(%1)); window.pull = () => window.reply; ''")
                   .arg(quoted(reply)));
     if (bare.call(QStringLiteral("pull()")) != reply)
         throw std::runtime_error("the bare page does not hold the reply");

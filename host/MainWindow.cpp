@@ -23,6 +23,7 @@ MainWindow::MainWindow(Shelf& shelf, const QString& storeDir, QSettings& setting
     makeList();
     makeNoteArea();
     setCentralWidget(m_splitter);
+    m_figures->setContentsMargins(6, 0, 6, 0);
     statusBar()->addWidget(m_figures);
     connectPane();
     resize(1100, 740);
@@ -60,7 +61,7 @@ void MainWindow::makeToolBar()
     auto* space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(space);
-    m_restoreAction = add("restore", tr("Restore"), {}, [this] { setBinned(false); });
+    m_restoreAction = add("restore", tr("Restore"), u"Ctrl+Alt+Z"_s, [this] { setBinned(false); });
     m_readOnlyAction =
         add("lock", tr("Read only"), u"Ctrl+Alt+R"_s, [this](bool on) { setReadOnly(on); });
     m_readOnlyAction->setCheckable(true);
@@ -68,6 +69,7 @@ void MainWindow::makeToolBar()
     bar->addSeparator();
     m_emptyBinAction = bar->addAction(tr("Empty bin"), this, &MainWindow::emptyBin);
     m_showBinAction = bar->addAction(QString());
+    m_showBinAction->setShortcut(QKeySequence(u"Ctrl+Alt+B"_s));
     m_showBinAction->setCheckable(true);
     connect(m_showBinAction, &QAction::toggled, this, [this] {
         refresh();

@@ -13,7 +13,7 @@ int drawLine(QPainter* painter, const QRect& room, const QString& text, Qt::Alig
 {
     const QString shown =
         painter->fontMetrics().elidedText(text.simplified(), Qt::ElideRight, room.width());
-    painter->drawText(room, side, shown);
+    painter->drawText(room, int(side) | Qt::TextDontClip, shown); // Chinese is taller
     return painter->fontMetrics().horizontalAdvance(shown);
 }
 

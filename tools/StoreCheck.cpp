@@ -106,11 +106,8 @@ void StoreCheck::lookAtPicture(const QString& note, const QString& name, const Q
         if (FileMd5(pathOf(folder + u'/' + origName)) == name.left(32))
             return;
     }
-    const QString copy = folders.first() + u'/' + origName;
-    if (m_reported.contains(copy + name))
-        return;
-    m_reported.insert(copy + name);
-    m_findings.push_back({Finding::Changed, copy, QStringLiteral("the note shows %1").arg(name)});
+    addOnce({Finding::Changed, folders.first() + u'/' + origName,
+        QStringLiteral("the note shows %1").arg(name)});
 }
 
 // The file itself lies in the note's folder; that of an old note may lie at the top level.
@@ -122,7 +119,16 @@ void StoreCheck::lookAtAttachment(const QString& note, const QString& name, cons
 
 void StoreCheck::addMissing(const QString& note, const QString& name)
 {
-    m_findings.push_back({Finding::Missing, name, QStringLiteral("wanted by %1").arg(note)});
+    addOnce({Finding::Missing, name, QStringLiteral("wanted by %1").arg(note)});
+}
+
+void StoreCheck::addOnce(const Finding& finding)
+{
+    const QString key = finding.file + u'/' + finding.detail;
+    if (m_reported.contains(key))
+        return;
+    m_reported.insert(key);
+    m_findings.push_back(finding);
 }
 
 QString StoreCheck::pathOf(const QString& name) const { return m_store + u'/' + name; }

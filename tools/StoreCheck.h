@@ -47,6 +47,7 @@ private:
     void lookAtPicture(const QString& note, const QString& name, const QString& origName);
     void lookAtAttachment(const QString& note, const QString& name, const QString& origName);
     void addMissing(const QString& note, const QString& name);
+    void addOnce(const Finding& finding);
     QString pathOf(const QString& name) const;
 
     const QString m_store;
@@ -55,7 +56,7 @@ private:
     QStringList m_notes;
     QSet<QString> m_files; // at the top level
     QMultiHash<QString, QString> m_foldersOf; // original name to the folders that hold it
-    QSet<QString> m_reported; // a picture whose copy differs is reported once
+    QSet<QString> m_reported; // several notes or elements may want one file
 };
 
 }

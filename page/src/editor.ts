@@ -1,6 +1,6 @@
 // The editor as its parts see it: the frame, the note in it, and the ways to change it.
 
-import { logError, settings } from "./bridge/native";
+import { settings } from "./bridge/native";
 import { listenToClipboard } from "./edit/clipboard";
 import { Draft } from "./edit/draft";
 import { EditFrame } from "./edit/frame";
@@ -121,7 +121,7 @@ export class Editor {
         this.limit.uncounted();
         this.frame.reset(html.length > largeNote);
         this.loader = new Loader(html, this.frame.body, (faithful) => this.loaded(faithful));
-        this.loader.continueLater();
+        this.loader.start();
         this.applyMode();
     }
 
@@ -131,8 +131,7 @@ export class Editor {
         if (!body.hasChildNodes()) body.append(emptyParagraph(this.frame.document));
         this.content.watch(faithful);
         this.selection.toStart();
-        // The first piece may be the last, before the constructor of the loader has returned.
-        queueMicrotask(() => this.applyMode());
+        this.applyMode();
     }
 
     private applyMode(): void {
@@ -147,7 +146,6 @@ export class Editor {
         doc.addEventListener("selectionchange", () => this.stateChanged());
         for (const touch of ["pointerdown", "keydown", "compositionstart"])
             doc.addEventListener(touch, () => (this.caretPlaced = true));
-        doc.defaultView?.addEventListener("error", (event) => logError(event.error));
     }
 }
 

@@ -32,6 +32,11 @@ void BodySplicer::cut(const Piece& piece)
 {
     if (piece.begin < m_copied)
         return;
+    if (piece.endsForeign) {
+        // A stray head tag ends svg and math as well, and makes no element.
+        replace(piece, QStringLiteral("<head>"));
+        return;
+    }
     if (piece.begin == m_cut.end && m_cut.end > m_cut.begin) {
         m_cut.end = m_copied = piece.end;
         return;

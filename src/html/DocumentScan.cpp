@@ -52,6 +52,7 @@ private:
     Placed place(const Token& token, Tag tag);
     void placed(const Token& token, Tag tag);
     void cut(const Token& token);
+    Piece pieceOf(const Token& token);
     void weighText(const Token& token);
     void writeText(const Token& token);
     bool isWanted(const Token& token, Tag tag) const;
@@ -194,7 +195,6 @@ DocumentScan::Step DocumentScan::startTag(const Token& token)
         && (tag == Tag::Svg || tag == Tag::Math || tag == Tag::Select || tag == Tag::Template))
         return Step::NeedRules;
 
-    const bool foreign = m_rules && m_rules->inForeign();
     switch (place(token, tag)) {
     case Placed::Html:
         placed(token, tag);
@@ -207,7 +207,7 @@ DocumentScan::Step DocumentScan::startTag(const Token& token)
         cut(token);
         break;
     case Placed::Ignored:
-        if (isDocumentTag(tag) && !foreign) // in foreign content it has closed something
+        if (isDocumentTag(tag) && !(m_rules && m_rules->endedForeign()))
             cut(token);
         if (tag == Tag::Body)
             m_framesOk = false;
@@ -229,9 +229,9 @@ Placed DocumentScan::place(const Token& token, Tag tag)
 void DocumentScan::placed(const Token& token, Tag tag)
 {
     if (isWanted(token, tag) && !(m_rules && m_rules->inTemplate())) {
-        result.elements.push_back({token.begin, token.end, token.begin == m_preEnd});
-        if (token.begin == m_preEnd)
-            m_preEnd = token.end;
+        Piece piece = pieceOf(token);
+        piece.endsForeign = m_rules && m_rules->endedForeign();
+        result.elements.push_back(piece);
     }
     if (is(tag, Rcdata | Rawtext))
         m_tokens.enterRawText(tag);
@@ -299,9 +299,20 @@ void DocumentScan::writeText(const Token& token)
 // later reader either.
 void DocumentScan::cut(const Token& token)
 {
-    result.cuts.push_back({token.begin, token.end, token.begin == m_preEnd});
-    if (token.begin == m_preEnd)
+    result.cuts.push_back(pieceOf(token));
+}
+
+// The place of a tag that may be taken out. If it stands right behind a pre, what follows it may come
+// to stand there.
+Piece DocumentScan::pieceOf(const Token& token)
+{
+    Piece piece;
+    piece.begin = token.begin;
+    piece.end = token.end;
+    piece.behindPre = token.begin == m_preEnd;
+    if (piece.behindPre)
         m_preEnd = token.end;
+    return piece;
 }
 
 bool DocumentScan::isWanted(const Token& token, Tag tag) const

@@ -58,7 +58,8 @@ public:
     // rules of their own (html, body, parts of tables) may be listed where a tree has none.
     explicit HtmlDocument(const QString& html, QLatin1StringView tag = QLatin1StringView("img"));
 
-    // The elements in document order are numbered from 0. A removed one keeps its number.
+    // The elements in document order are numbered from 0. A removed one keeps its number. Every
+    // operation below takes such a number, and no other.
     qsizetype elementCount() const { return qsizetype(m_scan.elements.size()); }
 
     // The value of an attribute, character references decoded: no value if the element has no such

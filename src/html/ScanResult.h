@@ -6,11 +6,12 @@
 
 namespace html {
 
-// A piece of the text, and whether it stands right behind a start tag that swallows a line feed.
+// A tag in the text, and what must be known of it to take it out.
 struct Piece {
     qsizetype begin = 0;
     qsizetype end = 0;
-    bool behindPre = false;
+    bool behindPre = false; // stands right behind a start tag that swallows a line feed
+    bool endsForeign = false; // it was this tag that ended svg or math
 };
 
 // What one reading of a document finds. Positions count UTF-16 units of the text.

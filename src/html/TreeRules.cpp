@@ -104,6 +104,7 @@ Placed TreeRules::startTag(const Token& token, Tag tag)
 {
     const QStringView name = m_text.sliced(token.nameBegin, token.nameEnd - token.nameBegin);
     const StartTag start{token, tag, m_open.nameId(tag, name)};
+    m_endedForeign = false;
     return goesByForeignRules(start) ? foreignStart(start) : byMode(start);
 }
 
@@ -135,8 +136,10 @@ Placed TreeRules::foreignStart(const StartTag& start)
 // To the nearest element whose inside goes by the rules of HTML.
 void TreeRules::popForeign()
 {
-    while (inForeign() && !m_open.top().mathTextPoint && !m_open.top().htmlPoint)
+    while (inForeign() && !m_open.top().mathTextPoint && !m_open.top().htmlPoint) {
         pop();
+        m_endedForeign = true;
+    }
 }
 
 Placed TreeRules::insertForeign(const StartTag& start, Namespace space)

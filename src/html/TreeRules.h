@@ -50,6 +50,8 @@ public:
     // What is inserted now belongs to a template and not to the document.
     bool inTemplate() const { return m_open.find(Tag::Template) >= 0; }
     const OpenElement& current() const { return m_open.top(); }
+    // The last start tag has ended svg or math.
+    bool endedForeign() const { return m_endedForeign; }
 
 private:
     struct StartTag {
@@ -108,6 +110,7 @@ private:
     QStringView m_text;
     ElementListener* m_listener;
     OpenElements m_open;
+    bool m_endedForeign = false;
     bool m_formOpen = false; // the form element pointer is set
 };
 

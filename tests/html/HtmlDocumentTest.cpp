@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QStringList>
+
 namespace {
 
 constexpr QLatin1StringView kClass("class");
@@ -172,7 +174,7 @@ TEST(HtmlDocument, ReadsValuesOfEveryForm)
         {u"<img CLASS = a>", u"a"},
         {u"<img class=a class=b>", u"a"},
         {u"<img x='class=q' class=a>", u"a"},
-        {u"<img \"class=\" class=a>", u"a"},
+        {u"<img \"class=x class=a>", u"a"},
         {u"<img =class=x class=a>", u"a"},
         {u"<img src='x'class=a>", u"a"},
         {u"<img class='a\r\nb\rc\td'>", u"a\nb\nc\td"},
@@ -312,6 +314,8 @@ TEST(HtmlDocument, WhatStandsAroundARemovedElementNeverBecomesMarkup)
         {"<pre><img>a</pre>", "<pre>a</pre>"},
         {"<pre>a\r<img>\nb</pre>", "<pre>a\r<!---->\nb</pre>"},
         {"<<img>", "<"},
+        {"<svg><g><img><style>a</style>", "<svg><g><head><style>a</style>"},
+        {"<svg><desc><img><style>a</style>", "<svg><desc><style>a</style>"},
     };
     for (const SetCase& c : cases) {
         HtmlDocument document(QString::fromLatin1(c.html));

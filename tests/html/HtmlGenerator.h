@@ -17,7 +17,8 @@ public:
     // Tags of every kind in any order, raw text, comments, templates, selects, tables, document
     // tags.
     QString soup();
-    // The same with SVG and MathML, formatting elements left out: see docs/html-document.md.
+    // The same with SVG and MathML, but without what the oracle misreads in them (the table in
+    // GumboTest.cpp says what and why).
     QString foreignSoup();
     // Elements with attributes of every form, broken ones included.
     QString attributes();

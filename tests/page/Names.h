@@ -1,14 +1,11 @@
-// Short literals for tests that are made of text.
+// What every test file here begins with.
 #pragma once
 
 #include <QString>
 
 #include <ostream>
 
-inline QString operator""_s(const char* text, size_t length)
-{
-    return QString::fromUtf8(text, qsizetype(length));
-}
+using namespace Qt::StringLiterals;
 
 // Readable failures.
 inline void PrintTo(const QString& text, std::ostream* out)

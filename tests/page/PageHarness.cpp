@@ -212,25 +212,42 @@ QWidget* PageHarness::input()
     return m_view->focusProxy() ? m_view->focusProxy() : m_view.get();
 }
 
-void PageHarness::settle()
+void PageHarness::act(const QString& lastEvent, const std::function<void()>& input)
 {
-    // Input goes by way of the render process: a round trip behind it, and a frame.
-    js(QStringLiteral("1"));
-    js(QStringLiteral("new Promise(done => setTimeout(done)) && 1"));
+    // Input and scripts reach the page by different ways: only the event itself tells that it came.
+    js(QStringLiteral(R"js((() => {
+        window.seen = 0;
+        window.watched ??= new WeakSet();
+        for (const doc of [document, note]) {
+            if (watched.has(doc.documentElement)) continue;
+            watched.add(doc.documentElement);
+            for (const name of ["keyup", "click", "auxclick", "dblclick", "contextmenu",
+                     "compositionupdate", "compositionend"]) {
+                doc.defaultView.addEventListener(name, event => setTimeout(() => {
+                    if (event.type === window.awaited) window.seen++;
+                }), true);
+            }
+        }
+        window.awaited = %1;
+    })())js")
+            .arg(quoted(lastEvent)));
+    input();
+    waitFor(QStringLiteral("window.seen > 0"));
 }
 
 void PageHarness::type(const QString& text)
 {
     for (const QChar c : text) {
-        QTest::sendKeyEvent(QTest::Click, input(), Qt::Key(c.toUpper().unicode()), c, Qt::NoModifier);
-        settle();
+        act(QStringLiteral("keyup"), [&] {
+            QTest::sendKeyEvent(
+                QTest::Click, input(), Qt::Key(c.toUpper().unicode()), c, Qt::NoModifier);
+        });
     }
 }
 
 void PageHarness::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    QTest::keyClick(input(), key, modifiers);
-    settle();
+    act(QStringLiteral("keyup"), [&] { QTest::keyClick(input(), key, modifiers); });
 }
 
 void PageHarness::compose(const QString& text)
@@ -238,16 +255,15 @@ void PageHarness::compose(const QString& text)
     QList<QInputMethodEvent::Attribute> attributes;
     attributes.append({QInputMethodEvent::Cursor, int(text.size()), 1});
     QInputMethodEvent event(text, attributes);
-    QCoreApplication::sendEvent(input(), &event);
-    settle();
+    act(QStringLiteral("compositionupdate"),
+        [&] { QCoreApplication::sendEvent(input(), &event); });
 }
 
 void PageHarness::commit(const QString& text)
 {
     QInputMethodEvent event;
     event.setCommitString(text);
-    QCoreApplication::sendEvent(input(), &event);
-    settle();
+    act(QStringLiteral("compositionend"), [&] { QCoreApplication::sendEvent(input(), &event); });
 }
 
 QPoint PageHarness::centre(const QString& document, const QString& selector)
@@ -272,23 +288,29 @@ QPoint PageHarness::centre(const QString& document, const QString& selector)
 void PageHarness::clickNote(
     const QString& selector, Qt::KeyboardModifiers modifiers, Qt::MouseButton button)
 {
-    QTest::mouseClick(input(), button, modifiers, centre(QStringLiteral("note"), selector));
-    settle();
+    const QPoint point = centre(QStringLiteral("note"), selector);
+    const QString last = button == Qt::LeftButton ? QStringLiteral("click")
+        : button == Qt::RightButton               ? QStringLiteral("contextmenu")
+                                                  : QStringLiteral("auxclick");
+    act(last, [&] { QTest::mouseClick(input(), button, modifiers, point); });
 }
 
 void PageHarness::doubleClickNote(const QString& selector)
 {
     const QPoint point = centre(QStringLiteral("note"), selector);
-    QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point);
-    QTest::mouseDClick(input(), Qt::LeftButton, Qt::NoModifier, point);
-    settle();
+    act(QStringLiteral("dblclick"),
+        [&] {
+            // The engine counts the clicks by itself.
+            QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point);
+            QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point);
+        });
 }
 
 void PageHarness::clickPage(const QString& selector)
 {
-    QTest::mouseClick(
-        input(), Qt::LeftButton, Qt::NoModifier, centre(QStringLiteral("document"), selector));
-    settle();
+    const QPoint point = centre(QStringLiteral("document"), selector);
+    act(QStringLiteral("click"),
+        [&] { QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point); });
 }
 
 void PageHarness::clickTool(const QString& label)
@@ -301,11 +323,9 @@ void PageHarness::chooseMenu(const QString& label)
     js(QStringLiteral("[...document.querySelectorAll('.menu-item')].find(item => "
                       "item.querySelector('.menu-text').textContent === %1).click()")
             .arg(quoted(label)));
-    settle();
 }
 
 QImage PageHarness::grab()
 {
-    settle();
     return m_view->grab().toImage();
 }

@@ -89,7 +89,8 @@ public:
 private:
     QWidget* input();
     QPoint centre(const QString& document, const QString& selector);
-    void settle();
+    /** Runs `input`, and waits until the page has handled the event that comes last of it. */
+    void act(const QString& lastEvent, const std::function<void()>& input);
 
     QTemporaryDir m_root;
     std::unique_ptr<QWebEngineView> m_view;

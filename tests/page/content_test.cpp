@@ -19,7 +19,7 @@ protected:
         page.load(html);
         page.focusNote();
         page.caret(selector, 0);
-        page.type(u"x"_qs);
+        page.type(u"x"_s);
         page.key(Qt::Key_Z, Qt::ControlModifier);
     }
 };
@@ -28,16 +28,16 @@ TEST_F(PageContent, UntouchedNoteComesBackByteForByte)
 {
     const QStringList notes {
         QString(),
-        u" "_qs,
-        u"plain text"_qs,
-        u"<P CLASS=a>unclosed <B>tags"_qs,
-        u"<p>a</p>\r\n<p>b</p>\r"_qs,
-        u"<html><head><title>t</title></head><body bgcolor=red>x</body></html>"_qs,
-        u"<script>alert(1)</script><iframe src='http://x/'></iframe><p onclick='x()'>a</p>"_qs,
-        u"<!-- a comment --><style>p{color:red}</style><font size=7>x</font>"_qs,
-        u"<img class='userdata\\attachment\\a.png' nm_exdata='{\"OrigName_B64\":\"YQ==\"}'>"_qs,
-        u"&nbsp;&lt;&#65;&bogus; 中文 \U0001F600"_qs,
-        u"</p></div></body>tail<frameset>"_qs,
+        u" "_s,
+        u"plain text"_s,
+        u"<P CLASS=a>unclosed <B>tags"_s,
+        u"<p>a</p>\r\n<p>b</p>\r"_s,
+        u"<html><head><title>t</title></head><body bgcolor=red>x</body></html>"_s,
+        u"<script>alert(1)</script><iframe src='http://x/'></iframe><p onclick='x()'>a</p>"_s,
+        u"<!-- a comment --><style>p{color:red}</style><font size=7>x</font>"_s,
+        u"<img class='userdata\\attachment\\a.png' nm_exdata='{\"OrigName_B64\":\"YQ==\"}'>"_s,
+        u"&nbsp;&lt;&#65;&bogus; 中文 \U0001F600"_s,
+        u"</p></div></body>tail<frameset>"_s,
     };
     for (const QString& note : notes) {
         page.load(note);
@@ -48,37 +48,37 @@ TEST_F(PageContent, UntouchedNoteComesBackByteForByte)
 
 TEST_F(PageContent, PullIsTheSameStringWhileNothingChanges)
 {
-    page.load(u"<p>a</p>"_qs);
+    page.load(u"<p>a</p>"_s);
     EXPECT_TRUE(page.jsBool(
-        u"jsProcessor('GetEditorContent', '{}') === jsProcessor('GetEditorContent', '{}')"_qs));
+        u"jsProcessor('GetEditorContent', '{}') === jsProcessor('GetEditorContent', '{}')"_s));
 }
 
 TEST_F(PageContent, EditIsSerialised)
 {
-    page.load(u"<P>abc"_qs);
+    page.load(u"<P>abc"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 3);
-    page.type(u"d"_qs);
-    EXPECT_EQ(page.html(), u"<p>abcd</p>"_qs);
-    EXPECT_EQ(page.text(), u"abcd"_qs);
-    page.type(u"e"_qs);
-    EXPECT_EQ(page.html(), u"<p>abcde</p>"_qs);
+    page.caret(u"p"_s, 3);
+    page.type(u"d"_s);
+    EXPECT_EQ(page.html(), u"<p>abcd</p>"_s);
+    EXPECT_EQ(page.text(), u"abcd"_s);
+    page.type(u"e"_s);
+    EXPECT_EQ(page.html(), u"<p>abcde</p>"_s);
 }
 
 TEST_F(PageContent, EditUndoneCountsAsUntouched)
 {
-    editAndUndo(u"<P CLASS=a>abc<script>x</script>"_qs, u"p"_qs);
-    EXPECT_EQ(page.html(), u"<P CLASS=a>abc<script>x</script>"_qs);
+    editAndUndo(u"<P CLASS=a>abc<script>x</script>"_s, u"p"_s);
+    EXPECT_EQ(page.html(), u"<P CLASS=a>abc<script>x</script>"_s);
     page.key(Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_EQ(page.html(), u"<p class=\"a\">xabc</p>"_qs);
+    EXPECT_EQ(page.html(), u"<p class=\"a\">xabc</p>"_s);
 }
 
 TEST_F(PageContent, EmptyNoteEditedAndEmptiedAgainIsEmpty)
 {
     page.load(QString());
     page.focusNote();
-    page.type(u"a"_qs);
-    EXPECT_EQ(page.html(), u"<div>a</div>"_qs);
+    page.type(u"a"_s);
+    EXPECT_EQ(page.html(), u"<div>a</div>"_s);
     page.key(Qt::Key_Backspace);
     EXPECT_EQ(page.html(), QString());
     EXPECT_EQ(page.text(), QString());
@@ -86,73 +86,73 @@ TEST_F(PageContent, EmptyNoteEditedAndEmptiedAgainIsEmpty)
 
 TEST_F(PageContent, EveryPieceIsWrittenAnewWhenItChanged)
 {
-    page.load(u"<p>a</p>between<b>bold</b><p>c</p><!--n--><ul><li>d</li></ul>"_qs);
+    page.load(u"<p>a</p>between<b>bold</b><p>c</p><!--n--><ul><li>d</li></ul>"_s);
     page.focusNote();
-    page.caret(u"li"_qs, 1);
-    page.type(u"1"_qs);
-    EXPECT_EQ(page.html(), u"<p>a</p>between<b>bold</b><p>c</p><!--n--><ul><li>d1</li></ul>"_qs);
-    EXPECT_EQ(page.text(), u"a\nbetweenbold\nc\nd1"_qs);
-    page.caret(u"b"_qs, 4);
-    page.type(u"2"_qs);
-    page.caret(u"p"_qs, 1);
-    page.type(u"3"_qs);
-    EXPECT_EQ(page.html(), u"<p>a3</p>between<b>bold2</b><p>c</p><!--n--><ul><li>d1</li></ul>"_qs);
-    EXPECT_EQ(page.text(), u"a3\nbetweenbold2\nc\nd1"_qs);
+    page.caret(u"li"_s, 1);
+    page.type(u"1"_s);
+    EXPECT_EQ(page.html(), u"<p>a</p>between<b>bold</b><p>c</p><!--n--><ul><li>d1</li></ul>"_s);
+    EXPECT_EQ(page.text(), u"a\nbetweenbold\nc\nd1"_s);
+    page.caret(u"b"_s, 4);
+    page.type(u"2"_s);
+    page.caret(u"p"_s, 1);
+    page.type(u"3"_s);
+    EXPECT_EQ(page.html(), u"<p>a3</p>between<b>bold2</b><p>c</p><!--n--><ul><li>d1</li></ul>"_s);
+    EXPECT_EQ(page.text(), u"a3\nbetweenbold2\nc\nd1"_s);
     EXPECT_EQ(page.shown(), page.html());
 }
 
 TEST_F(PageContent, ReplyAfterAnEditIsWhatJsonMakesOfIt)
 {
-    page.load(u"<p title='\"\\'>q \" \\ \t &amp; \u2028 \U0001F600</p>"_qs);
+    page.load(u"<p title='\"\\'>q \" \\ \t &amp; \u2028 \U0001F600</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 0);
-    page.type(u"x"_qs);
+    page.caret(u"p"_s, 0);
+    page.type(u"x"_s);
     EXPECT_TRUE(page.jsBool(u"JSON.parse(jsProcessor('GetEditorContent', '{}')).ehtml === "
-                            u"note.body.innerHTML"_qs));
+                            u"note.body.innerHTML"_s));
 }
 
 TEST_F(PageContent, ClearEditorCacheForgetsUndoAndKeepsTheText)
 {
-    page.load(u"<p>a</p>"_qs);
+    page.load(u"<p>a</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 1);
-    page.type(u"b"_qs);
-    ASSERT_TRUE(page.jsBool(u"note.queryCommandEnabled('undo')"_qs));
-    page.call(u"ClearEditorCache"_qs, QString());
-    EXPECT_FALSE(page.jsBool(u"note.queryCommandEnabled('undo')"_qs));
-    EXPECT_EQ(page.html(), u"<p>ab</p>"_qs);
+    page.caret(u"p"_s, 1);
+    page.type(u"b"_s);
+    ASSERT_TRUE(page.jsBool(u"note.queryCommandEnabled('undo')"_s));
+    page.call(u"ClearEditorCache"_s, QString());
+    EXPECT_FALSE(page.jsBool(u"note.queryCommandEnabled('undo')"_s));
+    EXPECT_EQ(page.html(), u"<p>ab</p>"_s);
     page.key(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(page.html(), u"<p>ab</p>"_qs);
+    EXPECT_EQ(page.html(), u"<p>ab</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 2);
-    page.type(u"c"_qs);
-    EXPECT_EQ(page.html(), u"<p>abc</p>"_qs);
+    page.caret(u"p"_s, 2);
+    page.type(u"c"_s);
+    EXPECT_EQ(page.html(), u"<p>abc</p>"_s);
     page.key(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(page.html(), u"<p>ab</p>"_qs);
+    EXPECT_EQ(page.html(), u"<p>ab</p>"_s);
 }
 
 TEST_F(PageContent, LoadingAnotherNoteForgetsUndo)
 {
-    page.load(u"<p>a</p>"_qs);
+    page.load(u"<p>a</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 1);
-    page.type(u"b"_qs);
-    page.call(u"SetEditorContent"_qs, u"<p>other</p>"_qs);
-    EXPECT_FALSE(page.jsBool(u"note.queryCommandEnabled('undo')"_qs));
-    EXPECT_EQ(page.html(), u"<p>other</p>"_qs);
+    page.caret(u"p"_s, 1);
+    page.type(u"b"_s);
+    page.call(u"SetEditorContent"_s, u"<p>other</p>"_s);
+    EXPECT_FALSE(page.jsBool(u"note.queryCommandEnabled('undo')"_s));
+    EXPECT_EQ(page.html(), u"<p>other</p>"_s);
 }
 
 TEST_F(PageContent, CompositionIsNotDisturbedByAPull)
 {
-    page.load(u"<p>a</p>"_qs);
+    page.load(u"<p>a</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 1);
-    page.compose(u"ni"_qs);
-    EXPECT_EQ(page.text(), u"ani"_qs);
-    page.compose(u"nihao"_qs);
-    EXPECT_EQ(page.text(), u"anihao"_qs);
-    page.commit(u"你好"_qs);
-    EXPECT_EQ(page.html(), u"<p>a你好</p>"_qs);
+    page.caret(u"p"_s, 1);
+    page.compose(u"ni"_s);
+    EXPECT_EQ(page.text(), u"ani"_s);
+    page.compose(u"nihao"_s);
+    EXPECT_EQ(page.text(), u"anihao"_s);
+    page.commit(u"你好"_s);
+    EXPECT_EQ(page.html(), u"<p>a你好</p>"_s);
 }
 
 TEST_F(PageContent, PlainTextFollowsTheTableOfCases)
@@ -170,11 +170,11 @@ TEST_F(PageContent, PlainTextFollowsTheTableOfCases)
 
 TEST_F(PageContent, PlainTextOfAnEditedNoteIsThatOfItsHtml)
 {
-    page.load(u"<h1>T</h1>a <b>b</b><p>x  y</p><table><tr><td>1<td>2</table><pre>p\n q</pre>z"_qs);
+    page.load(u"<h1>T</h1>a <b>b</b><p>x  y</p><table><tr><td>1<td>2</table><pre>p\n q</pre>z"_s);
     page.focusNote();
-    page.caret(u"h1"_qs, 1);
-    page.type(u"!"_qs);
-    EXPECT_EQ(page.text(), u"T!\na b\nx y\n1\t2\np\n q\nz"_qs);
+    page.caret(u"h1"_s, 1);
+    page.type(u"!"_s);
+    EXPECT_EQ(page.text(), u"T!\na b\nx y\n1\t2\np\n q\nz"_s);
     const QString edited = page.html();
     const QString text = page.text();
     page.load(edited);
@@ -183,37 +183,37 @@ TEST_F(PageContent, PlainTextOfAnEditedNoteIsThatOfItsHtml)
 
 TEST_F(PageContent, DeepNestingIsNoProblem)
 {
-    const QString html = u"<div>"_qs.repeated(20000) + u"x"_qs;
+    const QString html = u"<div>"_s.repeated(20000) + u"x"_s;
     page.load(html);
     EXPECT_EQ(page.html(), html);
-    EXPECT_EQ(page.text(), u"x"_qs);
+    EXPECT_EQ(page.text(), u"x"_s);
 }
 
 TEST_F(PageContent, DraftIsSentWhileTheUserTypes)
 {
-    page.load(u"<p>a</p>"_qs);
+    page.load(u"<p>a</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 1);
-    page.type(u"bc"_qs);
-    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_qs));
-    const QStringList drafts = page.posts(u"draft"_qs);
-    EXPECT_EQ(drafts.last(), u"{\"load\":1,\"html\":\"<p>abc</p>\"}"_qs);
+    page.caret(u"p"_s, 1);
+    page.type(u"bc"_s);
+    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
+    const QStringList drafts = page.posts(u"draft"_s);
+    EXPECT_EQ(drafts.last(), u"{\"load\":1,\"html\":\"<p>abc</p>\"}"_s);
 }
 
 TEST_F(PageContent, DraftOfAnEditUndoneIsTheStoredText)
 {
-    editAndUndo(u"<P>a"_qs, u"p"_qs);
-    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_qs));
-    EXPECT_EQ(page.posts(u"draft"_qs), QStringList {u"{\"load\":1,\"html\":\"<P>a\"}"_qs});
+    editAndUndo(u"<P>a"_s, u"p"_s);
+    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
+    EXPECT_EQ(page.posts(u"draft"_s), QStringList {u"{\"load\":1,\"html\":\"<P>a\"}"_s});
 }
 
 TEST_F(PageContent, DraftNamesTheLoadItBelongsTo)
 {
-    page.load(u"<p>a</p>"_qs);
-    page.load(u"<p>b</p>"_qs);
+    page.load(u"<p>a</p>"_s);
+    page.load(u"<p>b</p>"_s);
     page.focusNote();
-    page.caret(u"p"_qs, 1);
-    page.type(u"!"_qs);
-    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_qs));
-    EXPECT_EQ(page.posts(u"draft"_qs), QStringList {u"{\"load\":2,\"html\":\"<p>b!</p>\"}"_qs});
+    page.caret(u"p"_s, 1);
+    page.type(u"!"_s);
+    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
+    EXPECT_EQ(page.posts(u"draft"_s), QStringList {u"{\"load\":2,\"html\":\"<p>b!</p>\"}"_s});
 }

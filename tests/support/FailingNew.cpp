@@ -10,10 +10,8 @@ thread_local long t_allowed = kUnlimited;
 
 void* allocate(std::size_t size)
 {
-    if (t_allowed == 0)
+    if (t_allowed != kUnlimited && t_allowed-- == 0)
         throw std::bad_alloc();
-    if (t_allowed > 0)
-        --t_allowed;
     if (void* memory = std::malloc(size ? size : 1))
         return memory;
     throw std::bad_alloc();

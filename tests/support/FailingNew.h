@@ -2,8 +2,8 @@
 
 /// Makes `new` fail, so that what a memory shortage does can be seen.
 
-/// While it lives, the allocation of this thread behind `allowed` others throws std::bad_alloc, and
-/// so does each after it. Only C++ allocations count; texts of Qt use malloc.
+/// While it lives, the one allocation of this thread behind `allowed` others throws std::bad_alloc.
+/// Only C++ allocations count; texts of Qt use malloc.
 class FailingNew {
 public:
     explicit FailingNew(long allowed);

@@ -15,7 +15,9 @@ QString DevTools::pageAddress(int port)
     socket.connectToHost(u"127.0.0.1"_s, quint16(port));
     if (!socket.waitForConnected(500))
         return {};
-    socket.write("GET /json HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n");
+    // The answer's addresses are made of the host that the question names.
+    socket.write("GET /json HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port)
+        + "\r\nConnection: close\r\n\r\n");
     QByteArray answer;
     while (answer.count(']') == 0 && socket.waitForReadyRead(1000))
         answer += socket.readAll();

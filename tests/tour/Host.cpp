@@ -6,6 +6,7 @@
 #include <QTcpServer>
 
 #include <csignal>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -34,6 +35,7 @@ void Host::start(
     if (geteuid() == 0) // the engine's sandbox does not work for root
         variables.insert(u"QTWEBENGINE_DISABLE_SANDBOX"_s, u"1"_s);
     m_process.setProcessEnvironment(variables);
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(m_program, {u"--app-dir"_s, appDir, u"--lang"_s, language});
     m_process.waitForStarted();
 }

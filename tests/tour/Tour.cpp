@@ -1,6 +1,6 @@
 #include "Tour.h"
 
-#include "Display.h"
+#include "TestDisplay.h"
 #include "Wait.h"
 
 #include <QDir>
@@ -177,9 +177,9 @@ void Tour::clickElement(const QString& expression, int times)
 void Tour::clickButton(const QString& label)
 {
     clickElement(
-        u"[...document.querySelectorAll('button, [role=menuitem], [role=menuitemradio]')].find("
-        "b => b.offsetWidth && ((b.ariaLabel ?? b.textContent).trim() === %1))"_s.arg(
-            quoted(label)));
+        u"[...document.querySelectorAll('button')].find(b => b.offsetWidth"
+        " && (b.querySelector('.menu-text')?.textContent ?? b.getAttribute('aria-label')) === %1)"_s
+            .arg(quoted(label)));
 }
 
 void Tour::clickNote()

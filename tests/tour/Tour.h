@@ -17,6 +17,8 @@ struct StepFailure : std::runtime_error {
 
 /// What a step can do: act on the host as a person does, and look at what came of it.
 class Tour {
+    QTemporaryDir m_dir; // made before all that lies in it
+
 public:
     Tour(const QString& hostProgram, const QString& shotDir);
 
@@ -63,7 +65,6 @@ private:
     QString xdotool(const QStringList& arguments);
     QString window();
 
-    QTemporaryDir m_dir;
     const QString m_shotDir;
     QPoint m_pageOrigin;
     int m_shots = 0;

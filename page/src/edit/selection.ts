@@ -3,6 +3,8 @@
 import { blockOf, elementOf, inlineFormats } from "./blocks";
 import { EditFrame } from "./frame";
 
+const nearStart = 200;
+
 export class NoteSelection {
     constructor(private readonly frame: EditFrame) {}
 
@@ -38,8 +40,24 @@ export class NoteSelection {
         this.set(range);
     }
 
+    /** To the first place of the note, if there is one near its start. */
     toStart(): void {
-        this.collapseTo(innermost(this.frame.body, "firstChild"), 0);
+        const walker = this.frame.document.createTreeWalker(this.frame.body);
+        // Thousands of nested, empty elements: the engine would look for a place for minutes.
+        for (let steps = 0; steps < nearStart && walker.nextNode(); steps++) {
+            const node = walker.currentNode;
+            if (node.nodeType === Node.TEXT_NODE && node.textContent!.trim() !== "") {
+                this.collapseTo(node, 0);
+                return;
+            }
+            if (node.nodeName === "BR" || node.nodeName === "IMG") {
+                const range = this.frame.document.createRange();
+                range.setStartBefore(node);
+                range.collapse(true);
+                this.set(range);
+                return;
+            }
+        }
     }
 
     toEnd(): void {
@@ -101,13 +119,4 @@ export class NoteSelection {
         const element = range && elementOf(range.endContainer);
         if (element && element !== this.frame.body) element.scrollIntoView({ block: "nearest" });
     }
-}
-
-function innermost(root: Node, child: "firstChild"): Node {
-    let node = root;
-    while (node.nodeType === Node.ELEMENT_NODE && node[child] && node[child]!.nodeName !== "BR") {
-        if (node[child]!.nodeName === "IMG" || node[child]!.nodeName === "HR") break;
-        node = node[child]!;
-    }
-    return node;
 }

@@ -6,6 +6,9 @@ import { nameOldAttachments } from "./attachments";
 import { escaped, Pieces } from "./pieces";
 import { plainText } from "./plaintext";
 
+/** What the engine, or this page, leaves in a note without anything in it. */
+const bare = new Set(["<br>", "<div><br></div>"]);
+
 export class Content {
     /** Calls of `load` that this page has received. */
     loads = 0;
@@ -71,12 +74,19 @@ export class Content {
         this.baseline = this.pieces.html();
     }
 
+    /** Whether there is nothing in the note at all, not even a picture. */
+    isBare(): boolean {
+        const { childNodes, firstChild } = this.frame.body;
+        if (childNodes.length > 1) return false;
+        return !firstChild || bare.has(this.pieces.html());
+    }
+
     /** The note's HTML as it stands inside a JSON text, without the quotes. */
     escapedHtml(): string {
         const revision = this.currentRevision();
         if (this.written?.revision !== revision) {
-            const html = revision === 0 ? null : this.pieces.html();
-            const untouched = html === null || html === this.baseline;
+            const html = revision === 0 ? null : this.emptied(this.pieces.html());
+            const untouched = html === null || html === this.emptied(this.baseline);
             this.written = { revision, html: untouched ? escaped(this.stored) : html };
         }
         return this.written.html;
@@ -94,6 +104,10 @@ export class Content {
             if (revision === 0) this.written = null;
         }
         return this.answered.json;
+    }
+
+    private emptied(html: string | null): string | null {
+        return html !== null && bare.has(html) ? "" : html;
     }
 
     private text(): string {

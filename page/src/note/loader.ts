@@ -18,10 +18,7 @@ export class Loader {
     private stopped = false;
     private faithful = true;
 
-    /**
-     * Shows the first piece. `finished` is called when the whole note stands in `target`, with whether
-     * it is just what the text says.
-     */
+    /** `finished` is told when the whole note stands in `target`, and whether just as the text has it. */
     constructor(
         private readonly html: string,
         private readonly target: HTMLElement,
@@ -30,22 +27,22 @@ export class Loader {
         this.parsing = document.implementation.createHTMLDocument("");
         this.parsing.open();
         this.parsing.write("<!DOCTYPE html><body>");
-        this.feed(firstPiece);
-        if (this.position >= html.length) {
-            this.end();
-            return;
-        }
-        if (this.waiting.hasChildNodes()) this.show();
-        else this.showUnfinished();
     }
 
     get complete(): boolean {
         return this.stopped;
     }
 
-    /** Loads the rest slice by slice. */
-    continueLater(): void {
-        if (!this.stopped) afterPaint(() => this.slice());
+    /** Shows the first piece, and the rest slice by slice. */
+    start(): void {
+        this.feed(firstPiece);
+        if (this.position >= this.html.length) {
+            this.end();
+            return;
+        }
+        if (this.waiting.hasChildNodes()) this.show();
+        else this.showUnfinished();
+        afterPaint(() => this.slice());
     }
 
     /** Loads the rest now. */

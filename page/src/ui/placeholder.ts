@@ -1,7 +1,6 @@
 // A hint in an empty note. It stands over the frame, so that the note knows nothing of it.
 
 import type { Editor } from "../editor";
-import { isEmpty } from "../edit/blocks";
 import { element } from "./dom";
 
 export class Placeholder {
@@ -20,13 +19,7 @@ export class Placeholder {
     }
 
     update(): void {
-        const body = this.editor.frame.body;
-        const bare =
-            this.editor.editable &&
-            body.childNodes.length === 1 &&
-            body.firstElementChild?.localName === "div" &&
-            body.firstElementChild.children.length <= 1 &&
-            isEmpty(body.firstElementChild);
+        const bare = this.editor.editable && this.editor.content.isBare();
         this.hint.classList.toggle("shown", bare);
     }
 }

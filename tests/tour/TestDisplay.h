@@ -6,12 +6,12 @@
 /// An X server with a window manager, for this process and those it starts. The desktop of the
 /// person who starts the tour is never touched. Chinese characters of `typed` get keys of their
 /// own, so that key events can type them.
-class Display {
+class TestDisplay {
 public:
-    Display() = default;
-    ~Display();
-    Display(const Display&) = delete;
-    Display& operator=(const Display&) = delete;
+    TestDisplay() = default;
+    ~TestDisplay();
+    TestDisplay(const TestDisplay&) = delete;
+    TestDisplay& operator=(const TestDisplay&) = delete;
 
     /// Empty when it works, else what is missing. Sets DISPLAY for this process; call it before the
     /// application exists.

@@ -1,6 +1,9 @@
-#include "Display.h"
+#include "TestDisplay.h"
 
 #include <QSet>
+
+#include <csignal>
+#include <sys/prctl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,14 +27,17 @@ static void stop(QProcess& process)
     }
 }
 
-Display::~Display()
+TestDisplay::~TestDisplay()
 {
     stop(m_windowManager);
     stop(m_server);
 }
 
-QString Display::start(const QString& typed)
+QString TestDisplay::start(const QString& typed)
 {
+    // Whatever becomes of the tour, they go with it.
+    for (QProcess* process : {&m_server, &m_windowManager})
+        process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     // The server picks a free number and tells it when it takes connections.
     m_server.start(u"Xvfb"_s,
         {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x900x24"_s, u"-nolisten"_s, u"tcp"_s,
@@ -61,7 +67,7 @@ QString Display::start(const QString& typed)
     return u"openbox did not start: "_s + error;
 }
 
-void Display::mapKeys(const QString& typed)
+void TestDisplay::mapKeys(const QString& typed)
 {
     // xdotool maps a missing character to a spare key at the moment of typing, and a client that
     // reads the new map too late types something else. Keys that are there from the beginning need

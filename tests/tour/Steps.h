@@ -1,0 +1,37 @@
+#pragma once
+
+class Tour;
+
+// The steps, in the order in which main.cpp takes them: each finds what those before it left.
+
+// StepsWriting.cpp: one note, written and formatted.
+void windowOpens(Tour& tour);
+void newNoteTakesTheKeyboard(Tour& tour);
+void chineseIsTyped(Tour& tour);
+void saveKeyFilesTheNote(Tour& tour);
+void boldByItsButton(Tour& tour);
+void italicAndUnderlineByTheirKeys(Tour& tour);
+void undoAndRedo(Tour& tour);
+void headingByItsMenu(Tour& tour);
+void bulletedList(Tour& tour);
+void tableGrowsAndIsFilled(Tour& tour);
+void linkByItsKey(Tour& tour);
+void losingTheFocusSaves(Tour& tour);
+void characterLimitHolds(Tour& tour);
+
+// StepsNotes.cpp: several notes.
+void secondNoteByItsButton(Tour& tour);
+void switchingKeepsBothNotes(Tour& tour);
+void searchFindsChineseAndEnglish(Tour& tour);
+void readOnlyNoteStaysAsItIs(Tour& tour);
+void binAndBack(Tour& tour);
+void emptyBinDeletesNoteAndFile(Tour& tour);
+
+// StepsKeeping.cpp: nothing is lost.
+void restartFindsEverything(Tour& tour);
+void deadRenderProcessComesBack(Tour& tour);
+void lockedShelfKeepsTheText(Tour& tour);
+void killedHostStartsAgain(Tour& tour);
+void attachmentOpensOnTheDesktop(Tour& tour);
+void chineseWindow(Tour& tour);
+void darkWindow(Tour& tour);
