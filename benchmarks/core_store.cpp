@@ -1,5 +1,5 @@
-// Filing a note durably: against the least that a durable file of the same bytes can cost, with the
-// encoding and the digest on both sides, and against a database that commits it.
+// Filing a note durably: against the least that a durable file of the same bytes can cost, and
+// against a database that commits it. Encoding and digest count on every side.
 
 #include "Figure.h"
 #include "SampleNote.h"
@@ -62,15 +62,24 @@ void fileNote(QString& html)
     require(NoteHtmlRW::SaveHtmlTextToFile(html, record, &version), "a save failed");
 }
 
+struct Bytes {
+    explicit Bytes(const QString& html)
+        : bytes(WideToAnsi(html))
+    {
+        Md5Context context;
+        context.update(bytes.data(), bytes.size());
+        const auto& digest = context.digest();
+        name = QByteArray(reinterpret_cast<const char*>(digest.data()), digest.size()).toHex();
+    }
+
+    std::string bytes;
+    QByteArray name;
+};
+
 void writeBare(QString& html)
 {
     static const QByteArray directory = QFile::encodeName(GetAttachmentDir());
-    const std::string bytes = "<!--{\"ver_number\":2}-->" + WideToAnsi(html);
-    Md5Context context;
-    context.update(bytes.data(), bytes.size());
-    const auto& digest = context.digest();
-    const QByteArray name
-        = QByteArray(reinterpret_cast<const char*>(digest.data()), digest.size()).toHex();
+    const auto [bytes, name] = Bytes(html);
     const QByteArray temporary = directory + "/bare.tmp";
     const QByteArray full = directory + '/' + name + ".bare";
 
@@ -90,8 +99,8 @@ public:
         require(sqlite3_open(path.toUtf8(), &m_database) == SQLITE_OK, "no database");
         execute("PRAGMA journal_mode=DELETE");
         execute("PRAGMA synchronous=FULL");
-        execute("CREATE TABLE note (text TEXT)");
-        require(sqlite3_prepare_v2(m_database, "INSERT INTO note VALUES (?)", -1, &m_insert, nullptr)
+        execute("CREATE TABLE note (name TEXT PRIMARY KEY, text TEXT)");
+        require(sqlite3_prepare_v2(m_database, "INSERT INTO note VALUES (?, ?)", -1, &m_insert, nullptr)
                 == SQLITE_OK,
             "no statement");
     }
@@ -106,8 +115,9 @@ public:
     // Each statement is its own transaction.
     void insert(const QString& html)
     {
-        const std::string bytes = WideToAnsi(html);
-        sqlite3_bind_text(m_insert, 1, bytes.data(), int(bytes.size()), SQLITE_STATIC);
+        const auto [bytes, name] = Bytes(html);
+        sqlite3_bind_text(m_insert, 1, name.constData(), int(name.size()), SQLITE_STATIC);
+        sqlite3_bind_text(m_insert, 2, bytes.data(), int(bytes.size()), SQLITE_STATIC);
         require(sqlite3_step(m_insert) == SQLITE_DONE, "an insert failed");
         sqlite3_reset(m_insert);
     }

@@ -14,7 +14,7 @@ public:
     BodySplicer(QStringView html, qsizetype bodyBegin)
         : m_html(html)
         , m_copied(bodyBegin)
-        , m_cut {bodyBegin, bodyBegin}
+        , m_cut{bodyBegin, bodyBegin}
     {
     }
     void cut(const Piece& piece);

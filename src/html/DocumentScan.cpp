@@ -302,8 +302,8 @@ void DocumentScan::cut(const Token& token)
     result.cuts.push_back(pieceOf(token));
 }
 
-// The place of a tag that may be taken out. If it stands right behind a pre, what follows it may come
-// to stand there.
+// The place of a tag that may be taken out. If it stands right behind a pre, what follows it may
+// come to stand there.
 Piece DocumentScan::pieceOf(const Token& token)
 {
     Piece piece;

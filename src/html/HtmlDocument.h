@@ -10,47 +10,44 @@
 #include <utility>
 #include <vector>
 
-// An HTML document that is not on any page: a text is read once, its elements of one name are
-// listed, their attributes are read and set, elements are taken out, and the inside of the body
-// comes back. There is no tree. The text is cut into tokens as the HTML standard (section 13.2) has
-// it, and tree building is followed only as far as it decides which tags make an element. A change
-// is a splice: every byte that was not asked to change stays as it was.
+// An HTML document that is on no page: a text is read once, its elements of one name are listed,
+// their attributes are read and set, elements are taken out, and the inside of the body comes back.
+// There is no tree. The text is cut into tokens as the HTML standard (section 13.2) has it, and
+// tree building is followed only as far as it decides which tags make an element. A change is a
+// splice: every byte that was not asked to change stays as it was.
 //
 //     HtmlDocument document(html);
 //     for (qsizetype i = 0; i < document.elementCount(); ++i) {
-//         if (document.attribute(i, "nm_exdata"_L1) == wanted)
-//             document.setAttribute(i, "src"_L1, newSource);
+//         if (document.attribute(i, QLatin1StringView("nm_exdata")) == wanted)
+//             document.setAttribute(i, QLatin1StringView("src"), newSource);
 //     }
 //     QString body = document.bodyInnerHtml();
 //
-// Time is linear in the text and memory does not depend on its depth, save for a text with svg,
-// math, select or template, where it takes a few words per open element. Values are decoded when
-// asked for. The text is shared, not copied. Nothing here fails or throws but for memory: every
-// text is a document. A document is a value; it has no locks.
+// Time is linear in the text. Memory does not depend on the depth of the elements, save for a text
+// with svg, math, select or template, where it takes a few words for each open element. Values are
+// decoded when they are asked for. The text is shared, not copied. Every text is a document, so
+// nothing here fails but for want of memory. A document is a value and holds no lock.
 //
 // What counts as an element:
-// - Tags inside comments, raw text (style, script, title, textarea, xmp, iframe, noembed, noframes,
-// plaintext) and template are none,
-//   and none is a tag that the text ends in.
-// - Inside select an img is none. The select ends at its end tag, at another select, input,
-// textarea or keygen, and, if
-//   it stands in a table, at row and cell tags.
-// - Inside svg and math an img ends them, so it counts; an `image` is an img, but not inside svg
-// and math.
+// - Tags in comments, in raw text (style, script, title, textarea, xmp, iframe, noembed, noframes,
+//   plaintext) and in a template are none, nor is a tag that the text ends in.
+// - An img in a select is none. The select ends at its end tag, at another select, an input, a
+//   textarea or a keygen, and, if it stands in a table, at the tags of rows and cells.
+// - An img in svg or math ends them, so it counts. An `image` is an img, but not in svg or math.
 // - A document of frames (a frameset before any content) has no body and no elements.
 //
 // What the inside of the body is:
 // - A text without a doctype, html, head or body tag in front of its content is a fragment: all of
-// it is the inside.
-// - Otherwise the inside starts where the body does: behind the body tag, or with the first content
-// where there is none.
-//   It reaches to the end of the text; html, head and body tags of either kind, doctypes and
-//   framesets in it are cut out, and so is a tag that the text ends in.
+//   it is the inside.
+// - Otherwise the inside starts where the body does, behind the body tag or, without one, with the
+//   first content, and reaches to the end of the text.
+// - Left out of it are html, head, body and frameset tags, start and end tags alike, doctypes, and
+//   a tag that the text ends in.
 // - Where a cut would join two pieces of text into markup ("<" and "img"), an empty comment keeps
-// them apart.
+//   them apart. Where a removed element was what ended svg or math, a stray head tag ends them.
 //
-// Where this knowingly differs from full tree building is told, case by case, in
-// docs/html-document.md; tests hold the rest against a full parser.
+// docs/html-document.md tells, case by case, where this knowingly differs from full tree building.
+// Tests hold the rest against a full parser.
 class HtmlDocument {
 public:
     // `tag` is the name of the elements to list, in lower case. It is meant for elements without

@@ -5,9 +5,11 @@
 #include "support/Log.h"
 #include "support/Paths.h"
 
+#include <QHashFunctions>
+
 #include <exception>
 #include <optional>
-#include <set>
+#include <unordered_set>
 
 namespace noteattach {
 namespace {
@@ -17,6 +19,14 @@ constexpr QLatin1StringView kClass("class");
 constexpr QLatin1StringView kSrc("src");
 
 enum FileType { ShownFile = 1, Attachment = 2 };
+
+// Seeded anew in each process: a note cannot be made to have keys that collide.
+struct Hash {
+    std::size_t operator()(const QString& key) const
+    {
+        return qHash(key, static_cast<std::size_t>(QHashSeed::globalSeed()));
+    }
+};
 
 // One reading of a note. Its steps are those of the attachment grammar, in their order.
 class Scan {
@@ -68,7 +78,7 @@ private:
     }
 
     std::vector<NewAttachFile>& m_records;
-    std::set<QString> m_keys; // of the records: file name and original name, nothing between
+    std::unordered_set<QString, Hash> m_keys; // file name and original name, nothing between
 };
 
 // Kept: after a failure the list has a row for each picture that was come to, with the path of what

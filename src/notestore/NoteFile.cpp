@@ -37,15 +37,9 @@ int writeText(OutputFile& file, QStringView text)
 }
 
 int WriteHtmlFile(
-    const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version, qint64* length)
+    OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version)
 {
-    OutputFile file;
-    if (file.create(path) || writeText(file, marker(version)) || writeText(file, html))
-        return 0;
-    if (file.flushAndClose())
-        return 0;
-    *length = file.written();
-    return 1;
+    return !file.create(path) && !writeText(file, marker(version)) && !writeText(file, html);
 }
 
 void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version)

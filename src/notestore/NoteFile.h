@@ -4,14 +4,16 @@
 
 #include <QString>
 
+class OutputFile;
+
 /// The bytes of a note file; docs/note-file.md tells the format. What NoteHtmlRW is made of.
 namespace notestore {
 
-/// Writes marker and text to `path`, a file there being emptied first, and brings them to the disk.
-/// 1 if all of it was written; `length` receives the count of bytes. 0 if the file cannot be opened
-/// or a write or the flush failed; what was written so far is left to the caller.
+/// Writes marker and text to `path`, a file there being emptied first, and leaves `file` open, to be
+/// flushed. 1 if all of it was written; 0 if the file cannot be opened or a write failed, and what
+/// was written so far is left to the caller.
 int WriteHtmlFile(
-    const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version, qint64* length);
+    OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version);
 
 /// Sets `*version` to the number in a marker's JSON. It stays as it is if that is no JSON object,
 /// and becomes 0 if the number is missing or none.

@@ -77,16 +77,21 @@ int saveToStore(QString& html, NewAttachFile& record, NOTE_HTML_VER_NUMBER* vers
     const NOTE_HTML_VER_NUMBER toWrite = upgraded(html, version);
 
     UnfinishedFile temporary(dir + CreateGuidString() + QStringLiteral(".tmp"));
-    qint64 written = 0;
-    if (!notestore::WriteHtmlFile(temporary.path(), html, toWrite, &written)) {
+    OutputFile file;
+    if (!notestore::WriteHtmlFile(file, temporary.path(), html, toWrite)) {
         logFailedSave();
         return 0;
     }
+    file.beginFlush(); // the disk works while the digest is taken
     qint64 digested = 0;
     const QString digest = FileMd5(temporary.path(), &digested);
     // A digest of less than the file would name it wrongly for ever.
-    if (digest.isEmpty() || digested != written)
+    if (digest.isEmpty() || digested != file.written())
         return 0;
+    if (file.flushAndClose()) {
+        logFailedSave();
+        return 0;
+    }
 
     const QString name = digest + QStringLiteral(".html");
     const QString full = dir + name;

@@ -219,6 +219,8 @@ void IEWebBrowser::focusInEvent(QFocusEvent* event)
     // Not by a focus proxy: the engine's own widget is replaced when its process dies, and Qt 6.4
     // then crashes on a chain of proxies.
     QWidget::focusInEvent(event);
-    if (d->view)
-        d->view->setFocus(event->reason());
+    if (!d->view)
+        return;
+    d->view->setFocus(event->reason());
+    PostPrivate(QStringLiteral("focus"), QStringLiteral("{}"));
 }

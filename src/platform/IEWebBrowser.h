@@ -20,6 +20,8 @@ using WNDPROC = long (*)(QWidget* hwnd, QEvent* message);
 /// The embedded browser as a child widget: shows one local page, calls its script synchronously
 /// and takes calls from it. All operations belong to the thread of the user interface.
 ///
+/// `setFocus` on it puts the caret into the page's text.
+///
 /// What it guarantees:
 /// - A page call never hangs: it ends with the reply, with the death of the render process, or at
 ///   the deadline of 10 seconds, which kills the render process.

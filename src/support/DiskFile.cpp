@@ -102,6 +102,13 @@ int OutputFile::write(const char* data, std::size_t length)
     return 0;
 }
 
+void OutputFile::beginFlush()
+{
+#ifdef SYNC_FILE_RANGE_WRITE
+    ::sync_file_range(m_descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
+}
+
 int OutputFile::flushAndClose()
 {
     const int flushed = errorOf(::fsync(m_descriptor));

@@ -42,6 +42,9 @@ public:
     /// Writes all of it; a write that stops short is an error.
     int write(const char* data, std::size_t length);
     qint64 written() const { return m_written; }
+    /// Lets the system begin to bring what was written to the disk, and does not wait: work that
+    /// comes before the flush then costs less. Only a hint.
+    void beginFlush();
     /// Brings what was written to the disk and closes the file.
     int flushAndClose();
 

@@ -1,58 +1,73 @@
 #include "support/Utf8.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
 namespace {
 
-constexpr std::size_t kLongestSequence = 4;
 constexpr char32_t kReplacement = 0xFFFD;
 
-// Copies units below 0x80, four at a time.
-void copyAscii(const char16_t*& in, const char16_t* inEnd, char*& out, const char* outEnd)
+// What is copied while the text stays below 0x80: eight units to eight bytes.
+constexpr std::ptrdiff_t kRun = 8;
+
+bool isAsciiRun(const char16_t* in)
 {
-    while (inEnd - in >= 4 && outEnd - out >= 4) {
-        std::uint64_t four;
-        std::memcpy(&four, in, sizeof four);
-        if (four & 0xFF80FF80FF80FF80)
-            return;
-        for (int i = 0; i < 4; ++i)
-            out[i] = static_cast<char>(in[i]);
-        in += 4;
-        out += 4;
-    }
+    std::uint64_t halves[2];
+    std::memcpy(halves, in, sizeof halves);
+    return ((halves[0] | halves[1]) & 0xFF80FF80FF80FF80) == 0;
 }
 
-char32_t takeCodePoint(const char16_t*& in, const char16_t* inEnd)
+char32_t takeSurrogate(const char16_t*& in, const char16_t* inEnd)
 {
     const char16_t unit = *in++;
-    if ((unit & 0xF800) != 0xD800)
-        return unit;
     const bool isHigh = (unit & 0xFC00) == 0xD800;
     if (!isHigh || in == inEnd || (*in & 0xFC00) != 0xDC00)
         return kReplacement;
     return 0x10000 + ((unit & 0x3FFu) << 10) + (*in++ & 0x3FFu);
 }
 
-void put(char*& out, char32_t codePoint)
+char tail(char32_t codePoint, int shift)
 {
-    const auto tail = [&](int shift) {
-        *out++ = static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
-    };
-    if (codePoint < 0x80) {
-        *out++ = static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-        *out++ = static_cast<char>(0xC0 | (codePoint >> 6));
-        tail(0);
-    } else if (codePoint < 0x10000) {
-        *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
+    return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
+}
+
+void putThree(char*& out, char32_t codePoint)
+{
+    *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
+    *out++ = tail(codePoint, 6);
+    *out++ = tail(codePoint, 0);
+}
+
+void putFour(char*& out, char32_t codePoint)
+{
+    *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
+    *out++ = tail(codePoint, 12);
+    *out++ = tail(codePoint, 6);
+    *out++ = tail(codePoint, 0);
+}
+
+// Encodes up to `stop`; a pair that begins before it is taken whole.
+void encode(const char16_t*& in, const char16_t* stop, const char16_t* inEnd, char*& out)
+{
+    while (in < stop) {
+        const char16_t unit = *in;
+        if (unit < 0x80) {
+            for (; stop - in >= kRun && isAsciiRun(in); in += kRun, out += kRun)
+                std::copy_n(in, kRun, out);
+            for (; in < stop && *in < 0x80; ++in)
+                *out++ = static_cast<char>(*in);
+        } else if (unit < 0x800) {
+            *out++ = static_cast<char>(0xC0 | (unit >> 6));
+            *out++ = tail(unit, 0);
+            ++in;
+        } else if ((unit & 0xF800) != 0xD800) {
+            putThree(out, unit);
+            ++in;
+        } else {
+            const char32_t codePoint = takeSurrogate(in, inEnd);
+            codePoint == kReplacement ? putThree(out, codePoint) : putFour(out, codePoint);
+        }
     }
 }
 
@@ -64,12 +79,11 @@ std::size_t EncodeUtf8(QStringView& text, char* buffer, std::size_t capacity)
     const char16_t* const inEnd = in + text.size();
     char* out = buffer;
     const char* const outEnd = buffer + capacity;
-    while (in != inEnd && static_cast<std::size_t>(outEnd - out) >= kLongestSequence) {
-        if (*in < 0x80)
-            copyAscii(in, inEnd, out, outEnd);
-        if (in == inEnd || static_cast<std::size_t>(outEnd - out) < kLongestSequence)
-            break;
-        put(out, takeCodePoint(in, inEnd));
+    // A unit takes 3 bytes at most, but for a pair at the very end, which takes one more than its
+    // first unit was counted for.
+    while (in != inEnd && outEnd - out >= 4) {
+        const std::ptrdiff_t units = std::min<std::ptrdiff_t>(inEnd - in, (outEnd - out - 1) / 3);
+        encode(in, in + units, inEnd, out);
     }
     text = text.sliced(in - text.utf16());
     return static_cast<std::size_t>(out - buffer);

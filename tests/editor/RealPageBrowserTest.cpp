@@ -129,6 +129,16 @@ TEST_F(RealPage, ANewNoteTakesText)
     EXPECT_EQ(host().saves[0].text, QStringLiteral("first words"));
 }
 
+TEST_F(RealPage, TheControlsFocusIsTheCaretInTheNote)
+{
+    open(QStringLiteral("<p></p>"));
+    bench.window.activateWindow();
+    control().setFocus();
+    ASSERT_TRUE(waitFor(
+        [&] { return bench.inNote(QStringLiteral("doc.hasFocus()")).toBool(); }));
+    type(QStringLiteral("here"));
+}
+
 TEST_F(RealPage, AReadOnlyNoteTakesNoText)
 {
     open(QStringLiteral("<p>fixed</p>"), 1);

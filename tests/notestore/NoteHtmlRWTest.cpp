@@ -1,6 +1,7 @@
 #include "notestore/NoteHtmlRW.h"
 
 #include "notestore/NoteFile.h"
+#include "support/DiskFile.h"
 #include "support/FileMd5.h"
 #include "support/FileSizeLimit.h"
 #include "support/TestStore.h"
@@ -327,10 +328,8 @@ TEST(SaveHtmlTextToFile, AnEmptyDigestLeavesNoTemporaryAndOneLineOfTheDigest)
 TEST(WriteHtmlFile, FailsWhereItCannotWrite)
 {
     const TestStore store;
-    qint64 length = 0;
-    EXPECT_EQ(notestore::WriteHtmlFile(
-                  store.store(), QStringLiteral("a"), NOTE_HTML_VER_2, &length), 0);
-    EXPECT_EQ(notestore::WriteHtmlFile(QStringLiteral("/dev/full"), QStringLiteral("a"),
-                  NOTE_HTML_VER_2, &length), 0);
-    EXPECT_EQ(length, 0);
+    for (const QString& path : {store.store(), QString(), QStringLiteral("/dev/full")}) {
+        OutputFile file;
+        EXPECT_EQ(notestore::WriteHtmlFile(file, path, QStringLiteral("a"), NOTE_HTML_VER_2), 0);
+    }
 }

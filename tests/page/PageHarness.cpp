@@ -8,6 +8,7 @@
 #include <QInputMethodEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
 #include <QWebEngineScript>
@@ -300,9 +301,18 @@ void PageHarness::doubleClickNote(const QString& selector)
     const QPoint point = centre(QStringLiteral("note"), selector);
     act(QStringLiteral("dblclick"),
         [&] {
-            // The engine counts the clicks by itself.
-            QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point);
-            QTest::mouseClick(input(), Qt::LeftButton, Qt::NoModifier, point);
+            // Not by QTest, which sets its clicks so far apart that the engine never counts two.
+            static ulong now = 1000000;
+            now += 10000;
+            for (const auto& [type, held] : {std::pair(QEvent::MouseButtonPress, Qt::LeftButton),
+                     std::pair(QEvent::MouseButtonRelease, Qt::NoButton),
+                     std::pair(QEvent::MouseButtonDblClick, Qt::LeftButton),
+                     std::pair(QEvent::MouseButtonRelease, Qt::NoButton)}) {
+                QMouseEvent event(type, point, input()->mapToGlobal(point), Qt::LeftButton, held,
+                    Qt::NoModifier);
+                event.setTimestamp(now += 20);
+                QCoreApplication::sendEvent(input(), &event);
+            }
         });
 }
 

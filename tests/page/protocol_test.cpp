@@ -90,7 +90,8 @@ TEST(PageProtocol, ErrorsOfThePageAreWrittenToTheLog)
     ASSERT_FALSE(calls.isEmpty());
     const QJsonObject fields = QJsonDocument::fromJson(calls[0].json.toUtf8()).object();
     EXPECT_EQ(fields[u"type"].toString(), u"error"_s);
-    EXPECT_TRUE(fields[u"msg"].toString().contains(u"broken on purpose"_s));
+    EXPECT_TRUE(fields[u"msg"].toString().contains(u"broken on purpose"_s))
+        << calls[0].json.toStdString();
 }
 
 TEST(PageProtocol, ReadOnlyHidesTheToolbarAndTakesNoInput)

@@ -77,7 +77,8 @@ export class Content {
     /** Whether there is nothing in the note at all, not even a picture. */
     isBare(): boolean {
         const { childNodes, firstChild } = this.frame.body;
-        if (childNodes.length > 1) return false;
+        if (childNodes.length > 1 || (firstChild?.childNodes.length ?? 0) > 1) return false;
+        this.currentRevision();
         return !firstChild || bare.has(this.pieces.html());
     }
 
