@@ -41,12 +41,12 @@ std::vector<bench::Figure> measure()
     SetAppDir(directory.path());
     const auto one = parseAttList(kMegabyte, 20);
     const auto ten = parseAttList(10 * kMegabyte, 3);
-    return {
-        bench::timesFaster("ParseAttList, 1 MB, against gumbo", 15, one, gumboParse(kMegabyte)),
-        bench::timesFaster("ParseAttList, 10 MB, against gumbo", 15, ten, gumboParse(10 * kMegabyte)),
+    return {bench::timesFaster("ParseAttList, 1 MB, against gumbo", 15, one, gumboParse(kMegabyte)),
+        bench::timesFaster(
+            "ParseAttList, 10 MB, against gumbo", 15, ten, gumboParse(10 * kMegabyte)),
         bench::atMost("ParseAttList, 10 MB against 1 MB", 13, ten, one, 9)};
 }
 
-const bench::Registration registration {"ParseAttList", measure};
+const bench::Registration registration{"ParseAttList", measure};
 
-}
+} // namespace

@@ -1,6 +1,7 @@
 // What a caller pays for a line in the log: against the least a queue can cost, a raw record pushed
-// under a mutex, and against an asynchronous logger of the trade. Nothing is written while the clock
-// runs; the queues are emptied between the rounds and keep their memory, as in a running process.
+// under a mutex, and against an asynchronous logger of the trade. Nothing is written while the
+// clock runs; the queues are emptied between the rounds and keep their memory, as in a running
+// process.
 
 #include "Figure.h"
 
@@ -24,8 +25,8 @@ constexpr int kLines = 10'000; // of one thread in one round
 
 const QString& message()
 {
-    static const QString text
-        = QStringLiteral("[ERROR] 解析html字串，获取附件列表失败！ NmWebNoteHandler::ParseAttList");
+    static const QString text =
+        QStringLiteral("[ERROR] 解析html字串，获取附件列表失败！ NmWebNoteHandler::ParseAttList");
     return text;
 }
 
@@ -54,7 +55,7 @@ bench::Side rawPush(int threads)
                queue = std::make_shared<std::vector<RawRecord>>()] {
         queue->clear();
         return secondsPerLine(threads, [&] {
-            RawRecord record {{}, std::this_thread::get_id(), message()};
+            RawRecord record{{}, std::this_thread::get_id(), message()};
             std::timespec_get(&record.time, TIME_UTC);
             const std::lock_guard lock(*mutex);
             queue->push_back(std::move(record));
@@ -91,12 +92,12 @@ std::vector<bench::Figure> measure()
         const std::string who = "WriteLog, " + std::to_string(threads) + " thread(s), against ";
         const auto ours = writeLog(threads, directory.path());
         figures.push_back(bench::atMost(who + "a raw push", 2.5, ours, rawPush(threads), 25));
-        figures.push_back(bench::timesFaster(who + "spdlog asynchronous", 3, ours,
-            spdlogAsync(threads, directory.path()), 25));
+        figures.push_back(bench::timesFaster(
+            who + "spdlog asynchronous", 3, ours, spdlogAsync(threads, directory.path()), 25));
     }
     return figures;
 }
 
-const bench::Registration registration {"WriteLog", measure};
+const bench::Registration registration{"WriteLog", measure};
 
-}
+} // namespace

@@ -53,8 +53,8 @@ std::vector<bench::Figure> measure()
     }
 
     const auto oursLarge = bench::timed([=] { FileMd5(large); });
-    const auto peerLarge
-        = bench::timed([=] { shell(QStringLiteral("md5sum '%1' > /dev/null").arg(large)); });
+    const auto peerLarge =
+        bench::timed([=] { shell(QStringLiteral("md5sum '%1' > /dev/null").arg(large)); });
     const auto oursSmall = bench::timed([=] {
         for (const QString& path : paths)
             FileMd5(path);
@@ -66,6 +66,6 @@ std::vector<bench::Figure> measure()
         bench::atMost("FileMd5, 10,000 files of 10 KB, against md5sum", 1.1, oursSmall, peerSmall)};
 }
 
-const bench::Registration registration {"FileMd5", measure};
+const bench::Registration registration{"FileMd5", measure};
 
-}
+} // namespace

@@ -8,7 +8,6 @@
 #include "support/AppDirs.h"
 #include "support/Md5.h"
 #include "support/Paths.h"
-#include "support/Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -64,15 +63,15 @@ void fileNote(QString& html)
 
 struct Bytes {
     explicit Bytes(const QString& html)
-        : bytes(WideToAnsi(html))
+        : bytes("<!--{\"ver_number\":2}-->" + html.toUtf8())
     {
         Md5Context context;
-        context.update(bytes.data(), bytes.size());
+        context.update(bytes.data(), static_cast<std::size_t>(bytes.size()));
         const auto& digest = context.digest();
         name = QByteArray(reinterpret_cast<const char*>(digest.data()), digest.size()).toHex();
     }
 
-    std::string bytes;
+    QByteArray bytes;
     QByteArray name;
 };
 
@@ -84,7 +83,7 @@ void writeBare(QString& html)
     const QByteArray full = directory + '/' + name + ".bare";
 
     const int file = ::open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    require(file >= 0 && ::write(file, bytes.data(), bytes.size()) == ssize_t(bytes.size()),
+    require(file >= 0 && ::write(file, bytes.data(), bytes.size()) == bytes.size(),
         "a bare write failed");
     require(::fsync(file) == 0 && ::close(file) == 0, "a bare flush failed");
     require(::rename(temporary, full) == 0, "a bare rename failed");
@@ -100,7 +99,8 @@ public:
         execute("PRAGMA journal_mode=DELETE");
         execute("PRAGMA synchronous=FULL");
         execute("CREATE TABLE note (name TEXT PRIMARY KEY, text TEXT)");
-        require(sqlite3_prepare_v2(m_database, "INSERT INTO note VALUES (?, ?)", -1, &m_insert, nullptr)
+        require(
+            sqlite3_prepare_v2(m_database, "INSERT INTO note VALUES (?, ?)", -1, &m_insert, nullptr)
                 == SQLITE_OK,
             "no statement");
     }
@@ -125,8 +125,8 @@ public:
 private:
     void execute(const char* statement)
     {
-        require(sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK,
-            statement);
+        require(
+            sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK, statement);
     }
 
     sqlite3* m_database = nullptr;
@@ -148,19 +148,18 @@ std::vector<bench::Figure> measure()
     };
     std::vector<bench::Figure> figures;
     for (const Size& size :
-        {Size {"10 KB", 10 << 10, 40}, Size {"1 MB", 1 << 20, 8}, Size {"10 MB", 10 << 20, 2}}) {
+        {Size{"10 KB", 10 << 10, 40}, Size{"1 MB", 1 << 20, 8}, Size{"10 MB", 10 << 20, 2}}) {
         const std::string name = std::string("store write, ") + size.name + ", against ";
         const Texts texts(size.bytes);
         const auto ours = perText(texts, size.calls, fileNote);
         figures.push_back(bench::atMost(
             name + "a bare durable write", 1.15, ours, perText(texts, size.calls, writeBare), 15));
-        figures.push_back(bench::timesFaster(
-            name + "SQLite", 1.6, perText(texts, size.calls, fileNote),
-            perText(texts, size.calls, insert), 9));
+        figures.push_back(bench::timesFaster(name + "SQLite", 1.6,
+            perText(texts, size.calls, fileNote), perText(texts, size.calls, insert), 9));
     }
     return figures;
 }
 
-const bench::Registration registration {"store write", measure};
+const bench::Registration registration{"store write", measure};
 
-}
+} // namespace

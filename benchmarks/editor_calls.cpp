@@ -65,8 +65,8 @@ const Registration emptyCalls{
         Editor& editor = Editor::instance();
         editor.openEmpty();
         BareView bare;
-        return std::vector<Figure>{atMost("empty page call / bare runJavaScript and loop", 1.2,
-            timedPerCall(kCalls, [&] { emptyCall(editor.control()); }),
+        return std::vector<Figure>{atMost("empty page call, against a bare runJavaScript and loop",
+            1.2, timedPerCall(kCalls, [&] { emptyCall(editor.control()); }),
             timedPerCall(kCalls, [&] { bare.call(QStringLiteral("String()")); }), 9)};
     }};
 
@@ -82,8 +82,8 @@ const Registration unchangedFocusLoss{
             QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
             QCoreApplication::sendEvent(editor.control().GetWebBrowseHwnd(), &out);
         };
-        const Figure figure = atMost("unchanged focus loss, 1 MB / pull of the same reply", 1.3,
-            timedPerCall(5, loseFocus),
+        const Figure figure = atMost("unchanged focus loss, 1 MB, against a pull of the same reply",
+            1.3, timedPerCall(5, loseFocus),
             timedPerCall(5, [&] { bare.call(QStringLiteral("pull()")); }), 9);
         if (editor.saves() != saves)
             throw std::runtime_error("an unchanged note was saved");
@@ -111,9 +111,9 @@ const Registration save{
             bare.call(QStringLiteral("pull()"));
             writeDurably(dir.path(), note);
         });
-        return std::vector<Figure>{
-            atMost("OnSave after an edit, 1 MB / pull of the same reply and durable write", 2.0,
-                ours, floor, 9)};
+        return std::vector<Figure>{atMost(
+            "OnSave after an edit, 1 MB, against a pull of the same reply and a durable write", 2.0,
+            ours, floor, 9)};
     }};
 
 } // namespace

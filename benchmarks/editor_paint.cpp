@@ -69,10 +69,10 @@ public:
         const Side whole = [this] { return bare(m_bytes); };
         const Side first = [this] { return bare(kFirstScreens); };
         const Side ours = [this] { return this->ours(); };
-        return {atMost("LoadEditor to paint, " + size + " / 64 KB in a bare view", overFirst, ours,
-                    first),
-            timesFaster("LoadEditor to paint, " + size + " / all in a bare view", fasterThanWhole,
-                ours, whole)};
+        return {atMost("LoadEditor to paint, " + size + ", against 64 KB in a bare view", overFirst,
+                    ours, first),
+            timesFaster("LoadEditor to paint, " + size + ", against all of it in a bare view",
+                fasterThanWhole, ours, whole)};
     }
 
 private:

@@ -34,7 +34,8 @@ Figure parseFigure(BareView& bare, const std::string& size, qsizetype bytes)
             throw std::runtime_error("the engine found other pictures");
         return reply.value(1).toDouble() / 1000;
     };
-    return timesFaster("ParseAttList, " + size + " / the engine's DOMParser", 3, ours, engine, 9);
+    return timesFaster(
+        "ParseAttList, " + size + ", against the engine's DOMParser", 3, ours, engine, 9);
 }
 
 const Registration parse{"ParseAttList over DOMParser", [] {

@@ -72,13 +72,14 @@ Side memorySide(const char* subject, const QString& noteFile)
     };
 }
 
-const Registration start{"start", [] {
-                             return std::vector<Figure>{atMost("start to window / empty widget",
-                                                            1.3, startSide("editor", "mapped"),
-                                                            startSide("widget", "mapped"), 9),
-                                 atMost("start to message 8005 / bare view loaded", 1.15,
-                                     startSide("editor", "ready"), startSide("view", "loaded"), 9)};
-                         }};
+const Registration start{
+    "start", [] {
+        return std::vector<Figure>{
+            atMost("start to window, against an empty widget", 1.3, startSide("editor", "mapped"),
+                startSide("widget", "mapped"), 9),
+            atMost("start to message 8005, against a bare view loaded", 1.15,
+                startSide("editor", "ready"), startSide("view", "loaded"), 9)};
+    }};
 
 const Registration memory{"memory", [] {
                               QTemporaryDir dir;
@@ -87,9 +88,9 @@ const Registration memory{"memory", [] {
                               if (!file.open(QIODevice::WriteOnly)
                                   || file.write(sampleNote(kLongNote)) < kLongNote || !file.flush())
                                   throw std::runtime_error("cannot write the note");
-                              return std::vector<Figure>{
-                                  atMost("memory of a note of 10 MB / assigned in a bare view", 0.4,
-                                      memorySide("editor", path), memorySide("view", path))};
+                              return std::vector<Figure>{atMost(
+                                  "memory of a note of 10 MB, against all of it in a bare view",
+                                  0.4, memorySide("editor", path), memorySide("view", path))};
                           }};
 
 } // namespace

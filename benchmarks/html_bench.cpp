@@ -107,6 +107,41 @@ std::vector<bench::Figure> listing()
     return figures;
 }
 
+// Hostile texts: ten times the length may take little more than ten times as long. A reader that
+// looks back or recurses takes a hundred times, or none at all.
+std::vector<bench::Figure> hostile()
+{
+    struct Shape {
+        const char* name;
+        const char* start;
+        const char* repeated;
+        int times;
+    };
+    const Shape shapes[] = {
+        {"100,000 nested elements", "", "<div>", 100'000},
+        {"100,000 nested elements in svg", "<svg><desc>", "<div>", 100'000},
+        {"1,000,000 attributes of one element", "<img ", "a=b ", 1'000'000},
+        {"1,000,000 unclosed tags", "", "<a", 1'000'000},
+        {"1,000,000 img elements", "", "<img class=a>", 1'000'000},
+    };
+    std::vector<bench::Figure> figures;
+    for (const Shape& shape : shapes) {
+        const auto text = [&](int times) {
+            return QString::fromLatin1(shape.start)
+                + QString::fromLatin1(shape.repeated).repeated(times);
+        };
+        const QString small = text(shape.times / 10);
+        const QString large = text(shape.times);
+        const auto read = [](const QString& html) { HtmlDocument(html).elementCount(); };
+        figures.push_back(
+            bench::atMost(std::string("HtmlDocument, ") + shape.name + ", against a tenth of them",
+                15, bench::timedPerCall(2, [&] { read(large); }),
+                bench::timedPerCall(20, [&] { read(small); })));
+    }
+    return figures;
+}
+
+const bench::Registration htmlHostile{"HtmlDocument, hostile", hostile};
 const bench::Registration htmlDocument{"HtmlDocument", listing};
 
 } // namespace

@@ -11,12 +11,6 @@ MainWindow::MainWindow(Shelf& shelf, const QString& storeDir, QSettings& setting
     , m_settings(settings)
     , m_notes(new NoteList(shelf, this))
     , m_pane(new EditorPane(shelf, storeDir, this))
-    , m_splitter(new QSplitter(this))
-    , m_list(new QListView)
-    , m_stack(new QStackedWidget)
-    , m_search(new QLineEdit)
-    , m_complaint(new QLabel)
-    , m_figures(new QLabel)
 {
     setWindowTitle(tr("Notes"));
     makeToolBar();
@@ -68,6 +62,7 @@ void MainWindow::makeToolBar()
     m_binAction = add("bin", tr("Move to bin"), u"Ctrl+Shift+Del"_s, [this] { setBinned(true); });
     bar->addSeparator();
     m_emptyBinAction = bar->addAction(tr("Empty bin"), this, &MainWindow::emptyBin);
+    m_emptyBinAction->setShortcut(QKeySequence(u"Ctrl+Alt+E"_s));
     m_showBinAction = bar->addAction(QString());
     m_showBinAction->setShortcut(QKeySequence(u"Ctrl+Alt+B"_s));
     m_showBinAction->setCheckable(true);
@@ -200,6 +195,7 @@ void MainWindow::emptyBin()
     if (!m_shelf.emptyBin())
         return complain(m_shelf.errorText());
     sweepLeftovers(m_shelf, m_storeDir);
+    m_pane->openNote({}, true);
     m_showBinAction->setChecked(false);
 }
 

@@ -39,12 +39,12 @@ private:
     QSettings& m_settings;
     NoteList* const m_notes;
     EditorPane* const m_pane;
-    QSplitter* const m_splitter;
-    QListView* const m_list;
-    QStackedWidget* const m_stack;
-    QLineEdit* const m_search;
-    QLabel* const m_complaint;
-    QLabel* const m_figures;
+    QSplitter* const m_splitter = new QSplitter;
+    QListView* const m_list = new QListView;
+    QStackedWidget* const m_stack = new QStackedWidget;
+    QLineEdit* const m_search = new QLineEdit;
+    QLabel* const m_complaint = new QLabel;
+    QLabel* const m_figures = new QLabel;
     QAction *m_newAction, *m_readOnlyAction, *m_binAction, *m_restoreAction;
     QAction *m_showBinAction, *m_emptyBinAction;
 };

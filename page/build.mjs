@@ -39,12 +39,13 @@ await esbuild.build({
 });
 
 const page = await readFile(join(here, "src/index.html"), "utf8");
-const style = await esbuild.transform(await readFile(join(here, "src/page.css"), "utf8"), {
+const sheets = ["src/page.css", "src/popups.css"].map((name) => readFile(join(here, name), "utf8"));
+const style = await esbuild.transform((await Promise.all(sheets)).join("\n"), {
     loader: "css",
     target: "chrome102",
     minify: true,
 });
 await writeFile(
     join(out, "index.html"),
-    page.replace("/* page.css */", () => style.code.trim()),
+    page.replace("/* styles */", () => style.code.trim()),
 );

@@ -34,15 +34,14 @@ QString line(const Finding& finding)
     return text + u'\n';
 }
 
-}
+} // namespace
 
 int checkVerb(const Arguments& arguments)
 {
     // Not GetAttachmentDir, which would make a missing store.
-    const QString store = arguments.operands.isEmpty()
-        ? GetAppDir() + QStringLiteral("userdata") + QDir::separator()
-            + QStringLiteral("attachment")
-        : arguments.operands.first();
+    const QString store = arguments.operands.isEmpty() ? GetAppDir() + QStringLiteral("userdata")
+            + QDir::separator() + QStringLiteral("attachment")
+                                                       : arguments.operands.first();
     StoreCheck check(store);
     if (!check.run()) {
         complain(QStringLiteral("cannot read the store '%1'").arg(store));
@@ -55,11 +54,10 @@ int checkVerb(const Arguments& arguments)
               .arg(check.fileCount())
               .arg(check.noteCount())
               .arg(findings.size()));
-    return std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
-        return finding.isWrong();
-    })
+    return std::any_of(findings.begin(), findings.end(),
+               [](const Finding& finding) { return finding.isWrong(); })
         ? Failed
         : Done;
 }
 
-}
+} // namespace nmnote

@@ -6,8 +6,8 @@
 namespace nmnote {
 namespace {
 
-// As md5sum has it: a name that would break the line is escaped, and a backslash in front of the line
-// says so.
+// As md5sum has it: a name that would break the line is escaped, and a backslash in front of the
+// line says so.
 QString line(const QString& digest, const QString& path)
 {
     QString name = path;
@@ -18,7 +18,7 @@ QString line(const QString& digest, const QString& path)
     return mark + digest + QStringLiteral("  ") + name + u'\n';
 }
 
-}
+} // namespace
 
 int md5Verb(const Arguments& arguments)
 {
@@ -35,4 +35,4 @@ int md5Verb(const Arguments& arguments)
     return code;
 }
 
-}
+} // namespace nmnote

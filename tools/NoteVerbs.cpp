@@ -25,7 +25,7 @@ std::optional<Note> readNote(const QString& path)
     return std::nullopt;
 }
 
-}
+} // namespace
 
 int parseVerb(const Arguments& arguments)
 {
@@ -80,4 +80,4 @@ int saveVerb(const Arguments& arguments)
     return Done;
 }
 
-}
+} // namespace nmnote

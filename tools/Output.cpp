@@ -40,16 +40,22 @@ bool needsEscape(QChar unit)
     return unit.unicode() < 0x20 || unit.unicode() == 0x7F || unit == u'"' || unit == u'\\';
 }
 
-}
+} // namespace
 
-void print(const QString& text) { write(stdout, text); }
+void print(const QString& text)
+{
+    write(stdout, text);
+}
 
 void complain(const QString& text)
 {
     write(stderr, QStringLiteral("nmnote: ") + text + u'\n');
 }
 
-bool flushOutput() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
+bool flushOutput()
+{
+    return std::fflush(stdout) == 0 && !std::ferror(stdout);
+}
 
 QString jsonString(const QString& text)
 {
@@ -69,7 +75,7 @@ QString jsonRecord(const NewAttachFile& record)
     const auto field = [](const char* name, const QString& value) {
         return jsonString(QLatin1String(name)) + u':' + value;
     };
-    const QStringList fields {field("origName", jsonString(record.origName)),
+    const QStringList fields{field("origName", jsonString(record.origName)),
         field("spareText", jsonString(record.spareText)),
         field("fileType", QString::number(record.fileType)),
         field("modifyTime", jsonString(record.modifyTime)),
@@ -80,4 +86,4 @@ QString jsonRecord(const NewAttachFile& record)
     return u'{' + fields.join(u',') + u'}';
 }
 
-}
+} // namespace nmnote

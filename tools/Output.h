@@ -18,4 +18,4 @@ QString jsonString(const QString& text);
 /// A record as a JSON object with its fields' names, in their order.
 QString jsonRecord(const NewAttachFile& record);
 
-}
+} // namespace nmnote

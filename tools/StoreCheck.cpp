@@ -26,7 +26,7 @@ QStringList entries(const QString& directory, QDir::Filters kind)
         kind | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
-}
+} // namespace
 
 StoreCheck::StoreCheck(const QString& store)
     : m_store(store)
@@ -131,6 +131,9 @@ void StoreCheck::addOnce(const Finding& finding)
     m_findings.push_back(finding);
 }
 
-QString StoreCheck::pathOf(const QString& name) const { return m_store + u'/' + name; }
-
+QString StoreCheck::pathOf(const QString& name) const
+{
+    return m_store + u'/' + name;
 }
+
+} // namespace nmnote

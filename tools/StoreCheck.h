@@ -59,4 +59,4 @@ private:
     QSet<QString> m_reported; // several notes or elements may want one file
 };
 
-}
+} // namespace nmnote

@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// What nmnote can do. A verb prints its result to the standard output and complaints to the standard
-/// error stream, and returns the exit code.
+/// What nmnote can do. A verb prints its result to the standard output and complaints to the
+/// standard error stream, and returns the exit code.
 namespace nmnote {
 
 enum ExitCode { Done = 0, Failed = 1, BadUse = 2 };
@@ -25,4 +25,4 @@ int saveVerb(const Arguments& arguments);
 int md5Verb(const Arguments& arguments);
 int checkVerb(const Arguments& arguments);
 
-}
+} // namespace nmnote

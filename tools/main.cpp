@@ -40,7 +40,7 @@ struct Verb {
     int (*run)(const Arguments&);
 };
 
-const Verb kVerbs[] {
+const Verb kVerbs[]{
     {QStringLiteral("parse"), 1, 1, true, false, parseVerb},
     {QStringLiteral("read"), 1, 1, false, false, readVerb},
     {QStringLiteral("text"), 1, 1, false, false, textVerb},
@@ -58,7 +58,7 @@ int badUse(const QString& reason)
 
 int runVerb(const Verb& verb, const QCommandLineParser& parser)
 {
-    Arguments arguments {parser.positionalArguments().mid(1), {}, {}};
+    Arguments arguments{parser.positionalArguments().mid(1), {}, {}};
     if (arguments.operands.size() < verb.fewest || arguments.operands.size() > verb.most)
         return badUse(QStringLiteral("%1: wrong number of files").arg(verb.name));
     if (parser.isSet(QStringLiteral("guid"))) {
@@ -104,7 +104,7 @@ int run(const QStringList& commandLine)
     return runVerb(*verb, parser);
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv)
 {

@@ -2,7 +2,7 @@
 // where the caret stands?", and `run` does it.
 
 import { native } from "./bridge/native";
-import { setBlockKind, toggleCode, toggleList, toggleQuote } from "./edit/blocks";
+import { blockOf, setBlockKind, toggleCode, toggleList, toggleQuote } from "./edit/blocks";
 import type { Editor } from "./editor";
 import type { IconName } from "./ui/icons";
 import type { Strings } from "./strings";
@@ -43,6 +43,18 @@ function plain(
     };
 }
 
+/** The engine would look at every paragraph of the selection; the first one is enough. */
+function alignment(id: IconName & keyof Strings, command: string, key: string, held: string[]): Command {
+    return {
+        ...plain(id, id, command, [key]),
+        active: (editor) => {
+            const start = editor.selection.range()?.startContainer;
+            const block = (start && blockOf(start, editor.frame.body)) ?? editor.frame.body;
+            return held.includes(getComputedStyle(block).textAlign);
+        },
+    };
+}
+
 function block(id: string, icon: IconName, tag: string, keys: string[]): Command {
     return {
         id,
@@ -64,10 +76,17 @@ const clearFormatting: Command = {
     ...plain("clear", "clear", "removeFormat", ["Ctrl+\\"]),
     run: (editor) => {
         editor.exec("removeFormat");
+        // Engine quirk (Chromium 102): the style of a formatting element comes back as one of its own.
+        for (let again = 0; again < 2 && stillFormatted(editor); again++) editor.exec("removeFormat");
         const kind = blockKind(editor);
         if (kind !== "div" && editor.selection.range()?.collapsed) editor.exec("formatBlock", "div");
     },
 };
+
+function stillFormatted(editor: Editor): boolean {
+    const range = editor.selection.range();
+    return !!range?.cloneContents().querySelector("font, span[style]");
+}
 
 export const undo = plain("undo", "undo", "undo", ["Ctrl+Z"]);
 export const redo = plain("redo", "redo", "redo", ["Ctrl+Y", "Ctrl+Shift+Z"]);
@@ -97,10 +116,10 @@ export const lists: Command[] = [
     plain("indent", "indent", "indent", ["Ctrl+]"]),
 ];
 export const alignments: Command[] = [
-    plain("alignLeft", "alignLeft", "justifyLeft", ["Ctrl+Shift+L"], true),
-    plain("alignCenter", "alignCenter", "justifyCenter", ["Ctrl+Shift+E"], true),
-    plain("alignRight", "alignRight", "justifyRight", ["Ctrl+Shift+R"], true),
-    plain("alignFull", "alignFull", "justifyFull", ["Ctrl+Shift+J"], true),
+    alignment("alignLeft", "justifyLeft", "Ctrl+Shift+L", ["left", "start", "-webkit-auto"]),
+    alignment("alignCenter", "justifyCenter", "Ctrl+Shift+E", ["center", "-webkit-center"]),
+    alignment("alignRight", "justifyRight", "Ctrl+Shift+R", ["right", "end", "-webkit-right"]),
+    alignment("alignFull", "justifyFull", "Ctrl+Shift+J", ["justify"]),
 ];
 export const quote: Command = {
     id: "quote",

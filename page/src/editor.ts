@@ -1,6 +1,6 @@
 // The editor as its parts see it: the frame, the note in it, and the ways to change it.
 
-import { settings } from "./bridge/native";
+import { native, settings } from "./bridge/native";
 import { listenToClipboard } from "./edit/clipboard";
 import { Draft } from "./edit/draft";
 import { EditFrame } from "./edit/frame";
@@ -63,12 +63,19 @@ export class Editor {
     }
 
     get editable(): boolean {
-        return !this.readOnly && !this.loading;
+        return !this.readOnly && this.loader?.complete === true;
     }
 
     /** Shows a note's HTML; a large one is complete a while later. */
     load(html: string): void {
-        this.start(html);
+        try {
+            this.start(html);
+        } catch (error) {
+            // Whoever sees an empty page must not take it for the note.
+            this.applyMode();
+            native.messageBox(this.strings.cannotShow);
+            throw error;
+        }
     }
 
     setReadOnly(readOnly: boolean): void {
@@ -114,6 +121,7 @@ export class Editor {
 
     private start(html: string): void {
         this.loader?.cancel();
+        this.loader = null;
         this.draft.forget();
         this.attachmentUpdates.clear();
         this.caretPlaced = false;

@@ -34,6 +34,10 @@ editor.theme.set(settings.dark);
 editor.load("");
 editor.content.loads = 0;
 closePopupsOutside();
+// The keyboard came to the page and to nothing in it: keys are meant for the note.
+window.addEventListener("focus", () => {
+    if (document.activeElement === document.body) editor.frame.focus();
+});
 
 openProtocol(editor);
 channel.ready();

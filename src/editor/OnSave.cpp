@@ -6,7 +6,7 @@
 #include "noteattach/AttachList.h"
 #include "noteattach/ModifyTimes.h"
 #include "notestore/NoteHtmlRW.h"
-#include "platform/Boxes.h"
+#include "platform/MessageBox.h"
 #include "support/Paths.h"
 
 #include <QPointer>

@@ -79,6 +79,7 @@ private:
     bool m_document = false; // a doctype, html, head or body tag stood before the body
     bool m_framesOk = true; // the standard's frameset-ok flag
     qsizetype m_preEnd = -1; // where a start tag that swallows a line feed has ended
+    qsizetype m_preRunEnd = -1; // the same, behind the tags that may be taken out from there
 };
 
 bool DocumentScan::run()
@@ -236,7 +237,7 @@ void DocumentScan::placed(const Token& token, Tag tag)
     if (is(tag, Rcdata | Rawtext))
         m_tokens.enterRawText(tag);
     if (tag == Tag::Pre || tag == Tag::Listing || tag == Tag::Textarea)
-        m_preEnd = token.end;
+        m_preEnd = m_preRunEnd = token.end;
     if (m_framesOk
         && (is(tag, NoFrames) || tag == Tag::Image || (tag == Tag::Input && !isHiddenInput(token))))
         m_framesOk = false;
@@ -296,9 +297,11 @@ void DocumentScan::writeText(const Token& token)
 // ---- small questions
 
 // A tag that is no part of the tree. Cut out of the body's inside, so that it means nothing to a
-// later reader either.
+// later reader either. In a template it means nothing anyway, but for what may follow there.
 void DocumentScan::cut(const Token& token)
 {
+    if (m_rules && m_rules->inTemplate() && token.kind != TokenKind::Unterminated)
+        return;
     result.cuts.push_back(pieceOf(token));
 }
 
@@ -309,9 +312,9 @@ Piece DocumentScan::pieceOf(const Token& token)
     Piece piece;
     piece.begin = token.begin;
     piece.end = token.end;
-    piece.behindPre = token.begin == m_preEnd;
+    piece.behindPre = token.begin == m_preRunEnd;
     if (piece.behindPre)
-        m_preEnd = token.end;
+        m_preRunEnd = token.end;
     return piece;
 }
 

@@ -34,9 +34,15 @@ QStringView nameOf(QStringView tag, const AttributeSpan& span)
 
 } // namespace
 
-// Asks the memory for the element after next, long before it is read. Elements are read in order
-// and stand far apart in a text that has left the near caches by then: without this a long note
-// costs a fifth more than its length.
+HtmlDocument::HtmlDocument(const QString& html, QLatin1StringView tag)
+    : m_html(html)
+    , m_scan(scanDocument(m_html, tag))
+{
+}
+
+// Asks the memory for the element after next, before it is read. Elements are read in order and
+// stand far apart, in a text that has left the near caches by then: without this an element of a
+// long note costs a fifth more than one of a short note.
 void HtmlDocument::prefetchAfter([[maybe_unused]] qsizetype element) const
 {
 #ifdef __GNUC__
@@ -52,12 +58,6 @@ void HtmlDocument::prefetchAfter([[maybe_unused]] qsizetype element) const
     for (std::size_t line = 0; line < kLines; ++line)
         __builtin_prefetch(tag + line * kUnitsPerLine);
 #endif
-}
-
-HtmlDocument::HtmlDocument(const QString& html, QLatin1StringView tag)
-    : m_html(html)
-    , m_scan(scanDocument(m_html, tag))
-{
 }
 
 QStringView HtmlDocument::elementText(qsizetype element) const

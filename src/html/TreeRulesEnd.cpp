@@ -1,4 +1,4 @@
-// The rules for end tags and for text. Start tags stand in TreeRules.cpp.
+// The rules for end tags and for text. Start tags stand in TreeRulesStart.cpp.
 #include "html/TreeRules.h"
 
 #include <algorithm>

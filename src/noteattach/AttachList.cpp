@@ -83,8 +83,8 @@ private:
 
 // Kept: after a failure the list has a row for each picture that was come to, with the path of what
 // the note shows of it.
-void keepPictures(
-    const std::vector<NewAttachFile>& found, NoteFolder& folder, std::vector<NewAttachFile>& attList)
+void keepPictures(const std::vector<NewAttachFile>& found, NoteFolder& folder,
+    std::vector<NewAttachFile>& attList)
 {
     for (const NewAttachFile& record : found) {
         if (record.isSrcFile || !IsPicFileType(record.fileName))
@@ -102,7 +102,7 @@ void logFailure(const QString& text)
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(text);
 }
 
-}
+} // namespace
 
 QString LastComponent(const QString& notePath)
 {
@@ -170,4 +170,4 @@ void GetAttachFileFromHtml(const QString& noteGuid, const QString& html,
     }
 }
 
-}
+} // namespace noteattach

@@ -22,7 +22,7 @@ bool isBase64Unit(char unit)
 
 // A value of the very shape that FormatOrigNameToJson makes, which nearly every value has, needs no
 // JSON parser: its Base64 text holds nothing that JSON would quote.
-std::optional<std::string> plainShape(std::string_view json)
+std::optional<std::string_view> plainShape(std::string_view json)
 {
     if (json.size() < kHead.size() + kTail.size() || !json.starts_with(kHead)
         || !json.ends_with(kTail))
@@ -31,10 +31,10 @@ std::optional<std::string> plainShape(std::string_view json)
     json.remove_suffix(kTail.size());
     if (!std::all_of(json.begin(), json.end(), isBase64Unit))
         return std::nullopt;
-    return std::string(json);
+    return json;
 }
 
-}
+} // namespace
 
 QString GetOrigNameFromJson(const std::string& json)
 {
@@ -44,7 +44,10 @@ QString GetOrigNameFromJson(const std::string& json)
     return object ? AnsiToWide(Base64Decode(object->bytes(kKey))) : QString();
 }
 
-QString GetOrigNameFromJson(const QString& json) { return GetOrigNameFromJson(WideToAnsi(json)); }
+QString GetOrigNameFromJson(const QString& json)
+{
+    return GetOrigNameFromJson(WideToAnsi(json));
+}
 
 QString FormatOrigNameToJson(const QString& origName)
 {
@@ -56,10 +59,9 @@ QString FormatOrigNameToJson(const QString& origName)
 int IsPicFileType(const QString& name)
 {
     const qsizetype dot = name.lastIndexOf(u'.');
-    const QString extension
-        = dot < 0 ? QStringLiteral("unknow") : name.sliced(dot + 1).toLower();
+    const QString extension = dot < 0 ? QStringLiteral("unknow") : name.sliced(dot + 1).toLower();
     // Kept: a search within the list, so a part of an extension counts as well.
     return QStringLiteral("jpg jpeg gif bmp png").contains(extension) ? 1 : 0;
 }
 
-}
+} // namespace noteattach

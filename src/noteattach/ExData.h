@@ -4,10 +4,10 @@
 
 #include <string>
 
-/// The value of `nm_exdata`, the attribute that makes an `img` an attachment: a JSON object whose one
-/// key `OrigName_B64` holds the file's original name, Base64 of its narrow form. The text is a fixed
-/// function of the name, so it also serves as the element's identity. docs/attachment-element.md
-/// tells the whole grammar.
+/// The value of `nm_exdata`, the attribute that makes an `img` an attachment: a JSON object whose
+/// one key `OrigName_B64` holds the file's original name, Base64 of its narrow form. The text is a
+/// fixed function of the name, so it also serves as the element's identity.
+/// docs/attachment-element.md tells the whole grammar.
 namespace noteattach {
 
 /// The original name in such a value; empty if it is no JSON object, lacks the key or has no text
@@ -24,4 +24,4 @@ QString FormatOrigNameToJson(const QString& origName);
 /// extension ("name.") count too. A name without a dot is no picture.
 int IsPicFileType(const QString& name);
 
-}
+} // namespace noteattach

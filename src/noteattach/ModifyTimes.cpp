@@ -4,8 +4,8 @@
 
 namespace noteattach {
 
-void UpdateAttModifyTimeField(const QString&, std::vector<NewAttachFile>& attList,
-    const AttachModifyCache& modifyCache)
+void UpdateAttModifyTimeField(
+    const QString&, std::vector<NewAttachFile>& attList, const AttachModifyCache& modifyCache)
 {
     for (NewAttachFile& record : attList) {
         const auto known = modifyCache.find(record.fileName + record.origName);
@@ -13,4 +13,4 @@ void UpdateAttModifyTimeField(const QString&, std::vector<NewAttachFile>& attLis
     }
 }
 
-}
+} // namespace noteattach

@@ -9,8 +9,8 @@
 
 namespace noteattach {
 
-/// The times at which attachments came in or changed, "YYYY-MM-DD hh:mm:ss", under the record's key:
-/// `fileName` and `origName` written one behind the other.
+/// The times at which attachments came in or changed, "YYYY-MM-DD hh:mm:ss", under the record's
+/// key: `fileName` and `origName` written one behind the other.
 using AttachModifyCache = std::map<QString, QString>;
 
 /// Sets `modifyTime` of each record: the time in the cache, and for a record that is not there the
@@ -18,4 +18,4 @@ using AttachModifyCache = std::map<QString, QString>;
 void UpdateAttModifyTimeField(const QString& noteGuid, std::vector<NewAttachFile>& attList,
     const AttachModifyCache& modifyCache);
 
-}
+} // namespace noteattach

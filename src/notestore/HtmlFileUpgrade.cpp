@@ -3,7 +3,7 @@
 #include <algorithm>
 
 HtmlFileUpgradeMgr::HtmlFileUpgradeMgr()
-    : m_steps {{0, nullptr}, {1, nullptr}, {2, new HtmlVer_1_To_2}}
+    : m_steps{{0, nullptr}, {1, nullptr}, {2, new HtmlVer_1_To_2}}
 {
 }
 

@@ -36,8 +36,7 @@ public:
 
     /// 1 on success. 0, with `outHtml` untouched, if a step failed or there is nothing to run from
     /// `fromVersion` to `toVersion`. `inHtml` and `outHtml` may be the same string.
-    virtual int DoUpgrade(
-        const QString& inHtml, int fromVersion, int toVersion, QString& outHtml);
+    virtual int DoUpgrade(const QString& inHtml, int fromVersion, int toVersion, QString& outHtml);
 
 private:
     std::map<int, IHtmlFileUpgrade*> m_steps; // by the version that a step produces

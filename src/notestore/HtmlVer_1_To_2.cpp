@@ -24,8 +24,8 @@ bool addExData(HtmlDocument& document)
 {
     bool changed = false;
     for (qsizetype i = 0; i < document.elementCount(); ++i) {
-        const QString classText
-            = document.attribute(i, QLatin1StringView("class")).value_or(QString());
+        const QString classText =
+            document.attribute(i, QLatin1StringView("class")).value_or(QString());
         if (!isOldAttachment(document, i, classText))
             continue;
         const QString origName = noteattach::LastComponent(classText);
@@ -35,7 +35,7 @@ bool addExData(HtmlDocument& document)
     return changed;
 }
 
-}
+} // namespace
 
 int HtmlVer_1_To_2::DoUpgrade(const QString& inHtml, QString& outHtml)
 {

@@ -51,7 +51,7 @@ int removeAndFile(const QString& path, const QString& noteGuid, const QString& o
     return 1;
 }
 
-}
+} // namespace
 
 int DelAttachFromHtmlFile(
     const QString& noteGuid, const QString& origName, std::vector<NewAttachFile>& attList)
@@ -72,4 +72,4 @@ int DelAttachFromHtmlFile(const QString& path, const QString& noteGuid, const QS
     }
 }
 
-}
+} // namespace notestore

@@ -15,12 +15,12 @@ int DelAttachFromHtmlFile(
     const QString& noteGuid, const QString& origName, std::vector<NewAttachFile>& attList);
 
 /// The same for a note file that is known: removes the first element with that original name and
-/// files the new text at the old one's version. On success returns 1, and `attList` has the shape of
-/// a save: the new note file first, then its attachments, all with the time of the call. The old note
-/// file and the attachment's file stay where they are.
-/// Returns 0, with `attList` untouched, if the file does not exist, has no such element, or the new
-/// text cannot be filed. A failure in the document is logged.
+/// files the new text at the old one's version. On success returns 1, and `attList` has the shape
+/// of a save: the new note file first, then its attachments, all with the time of the call. The old
+/// note file and the attachment's file stay where they are. Returns 0, with `attList` untouched, if
+/// the file does not exist, has no such element, or the new text cannot be filed. A failure in the
+/// document is logged.
 int DelAttachFromHtmlFile(const QString& path, const QString& noteGuid, const QString& origName,
     std::vector<NewAttachFile>& attList);
 
-}
+} // namespace notestore

@@ -34,7 +34,7 @@ int writeText(OutputFile& file, QStringView text)
     return 0;
 }
 
-}
+} // namespace
 
 int WriteHtmlFile(
     OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version)
@@ -61,4 +61,4 @@ QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version)
     return text.sliced(end + kMarkerEnd.size());
 }
 
-}
+} // namespace notestore

@@ -9,9 +9,9 @@ class OutputFile;
 /// The bytes of a note file; docs/note-file.md tells the format. What NoteHtmlRW is made of.
 namespace notestore {
 
-/// Writes marker and text to `path`, a file there being emptied first, and leaves `file` open, to be
-/// flushed. 1 if all of it was written; 0 if the file cannot be opened or a write failed, and what
-/// was written so far is left to the caller.
+/// Writes marker and text to `path`, a file there being emptied first, and leaves `file` open, to
+/// be flushed. 1 if all of it was written; 0 if the file cannot be opened or a write failed, and
+/// what was written so far is left to the caller.
 int WriteHtmlFile(
     OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version);
 
@@ -22,4 +22,4 @@ void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version);
 /// Takes the marker off a file's text and gives its version, 0 without a marker.
 QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version);
 
-}
+} // namespace notestore

@@ -105,7 +105,7 @@ int saveToStore(QString& html, NewAttachFile& record, NOTE_HTML_VER_NUMBER* vers
     return 1;
 }
 
-}
+} // namespace
 
 int NoteHtmlRW::ReadHtmlTextFromFile(
     const QString& path, QString& html, NOTE_HTML_VER_NUMBER* version)

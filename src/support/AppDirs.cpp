@@ -58,9 +58,21 @@ Directory& installDir()
     return directory;
 }
 
-}
+} // namespace
 
-void SetAppDir(const QString& path) { appDir().set(path); }
-void SetInstallDir(const QString& path) { installDir().set(path); }
-QString GetAppDir() { return appDir().get(); }
-QString GetInstallDir() { return installDir().get(); }
+void SetAppDir(const QString& path)
+{
+    appDir().set(path);
+}
+void SetInstallDir(const QString& path)
+{
+    installDir().set(path);
+}
+QString GetAppDir()
+{
+    return appDir().get();
+}
+QString GetInstallDir()
+{
+    return installDir().get();
+}

@@ -10,8 +10,13 @@
 
 namespace {
 
+[[maybe_unused]] constexpr qint64 kWorthAnEarlyStart = 128 * 1024;
+
 // A path with NUL would reach the system cut short, and name another file.
-bool isUsable(const QString& path) { return !path.isEmpty() && !path.contains(QChar(u'\0')); }
+bool isUsable(const QString& path)
+{
+    return !path.isEmpty() && !path.contains(QChar(u'\0'));
+}
 
 int openFile(const QString& path, int flags, mode_t mode = 0)
 {
@@ -22,7 +27,10 @@ int openFile(const QString& path, int flags, mode_t mode = 0)
     return ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode);
 }
 
-int errorOf(int result) { return result == 0 ? 0 : errno; }
+int errorOf(int result)
+{
+    return result == 0 ? 0 : errno;
+}
 
 // For file systems without an exclusive rename.
 int linkAndUnlink(const char* from, const char* to)
@@ -42,7 +50,7 @@ int lookAndRename(const char* from, const char* to)
     return errorOf(::rename(from, to));
 }
 
-}
+} // namespace
 
 InputFile::~InputFile()
 {
@@ -105,7 +113,8 @@ int OutputFile::write(const char* data, std::size_t length)
 void OutputFile::beginFlush()
 {
 #ifdef SYNC_FILE_RANGE_WRITE
-    ::sync_file_range(m_descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (m_written >= kWorthAnEarlyStart)
+        ::sync_file_range(m_descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
 #endif
 }
 

@@ -20,7 +20,7 @@ QString hexadecimal(const Md5Context::Digest& digest)
     return text;
 }
 
-}
+} // namespace
 
 QString FileMd5(QString path, qint64* length)
 {

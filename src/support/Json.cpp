@@ -17,8 +17,7 @@ std::unique_ptr<Json::CharReader> makeReader()
     return std::unique_ptr<Json::CharReader>(builder.newCharReader());
 }
 
-template <typename Get>
-auto orNeutral(Get get) -> decltype(get())
+template <typename Get> auto orNeutral(Get get) -> decltype(get())
 {
     try {
         return get();
@@ -27,7 +26,7 @@ auto orNeutral(Get get) -> decltype(get())
     }
 }
 
-}
+} // namespace
 
 std::optional<JsonObject> JsonObject::parse(const std::string& text)
 {
@@ -42,7 +41,10 @@ std::optional<JsonObject> JsonObject::parse(const std::string& text)
     });
 }
 
-bool JsonObject::has(const char* key) const { return m_value.isMember(key); }
+bool JsonObject::has(const char* key) const
+{
+    return m_value.isMember(key);
+}
 
 bool JsonObject::boolean(const char* key) const
 {
@@ -69,7 +71,10 @@ std::string JsonObject::bytes(const char* key) const
     return orNeutral([&] { return m_value[key].asString(); });
 }
 
-QString JsonObject::text(const char* key) const { return AnsiToWide(bytes(key)); }
+QString JsonObject::text(const char* key) const
+{
+    return AnsiToWide(bytes(key));
+}
 
 JsonObject JsonObject::object(const char* key) const
 {

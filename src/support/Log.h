@@ -14,10 +14,10 @@ class LogWriter;
 ///     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(text);
 /// There are no levels and no filter. By custom the text of a failure starts with "[ERROR] ".
 ///
-/// A caller only stamps the line and queues it. One thread, started with the first line, writes what
-/// is queued every two seconds and closes the file again. A run that logs nothing leaves the file
-/// alone. Lines of the last two seconds before the process ends may be lost. No failure of the log is
-/// reported to anyone: when the file cannot be opened the lines wait for the next turn.
+/// A caller only stamps the line and queues it. One thread, started with the first line, writes
+/// what is queued every two seconds and closes the file again. A run that logs nothing leaves the
+/// file alone. Lines of the last two seconds before the process ends may be lost. No failure of the
+/// log is reported to anyone: when the file cannot be opened the lines wait for the next turn.
 class CLog4C : public SingletonTemplate<CLog4C> {
 public:
     /// Takes the file's place from GetAppDir and starts the writer.

@@ -10,9 +10,9 @@
 #include <iterator>
 #include <memory>
 #include <new>
-#include <utility>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -41,7 +41,7 @@ std::size_t widen(const char* text, char16_t* target)
 
 void Stamp::setSecond(std::time_t now)
 {
-    std::tm local {};
+    std::tm local{};
     localtime_r(&now, &local);
     char text[sizeof date / sizeof *date];
     std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S:", &local);
@@ -80,7 +80,7 @@ void writeLines(std::FILE* file, QStringView lines)
     }
 }
 
-}
+} // namespace
 
 void LogWriter::append(QStringView message)
 {
@@ -95,13 +95,13 @@ void LogWriter::append(QStringView message)
     if (stamp.second != now.tv_sec)
         stamp.setSecond(now.tv_sec);
     const int milliseconds = static_cast<int>(now.tv_nsec / 1'000'000);
-    const char16_t fraction[3] {static_cast<char16_t>(u'0' + milliseconds / 100),
+    const char16_t fraction[3]{static_cast<char16_t>(u'0' + milliseconds / 100),
         static_cast<char16_t>(u'0' + milliseconds / 10 % 10),
         static_cast<char16_t>(u'0' + milliseconds % 10)};
 
     const auto messageLength = static_cast<std::size_t>(message.size());
-    const std::size_t length
-        = stamp.dateLength + std::size(fraction) + stamp.threadLength + messageLength + 1;
+    const std::size_t length =
+        stamp.dateLength + std::size(fraction) + stamp.threadLength + messageLength + 1;
 
     const CSAutoLock lock(m_lock);
     blockWithRoom(length) // all of the line or none

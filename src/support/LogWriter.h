@@ -26,12 +26,12 @@ public:
     {
     }
 
-    /// Stamps a line with the local time and the caller's thread, and queues it. The text ends at its
-    /// first NUL; an empty one queues nothing.
+    /// Stamps a line with the local time and the caller's thread, and queues it. The text ends at
+    /// its first NUL; an empty one queues nothing.
     void append(QStringView message);
 
-    /// One turn: look at the file's size, open it, write the queue, close it. The queue is taken only
-    /// when the file is open, and not held while the disk is touched.
+    /// One turn: look at the file's size, open it, write the queue, close it. The queue is taken
+    /// only when the file is open, and not held while the disk is touched.
     void pass();
 
     /// What the thread does: a pass every two seconds until told to stop.
@@ -58,7 +58,7 @@ private:
     Blocks m_spare; // emptied, kept for their memory
     std::mutex m_passMutex; // a pass of the thread, or one asked for by WriteQueued
 
-    std::atomic<std::uint8_t> m_stop {0};
+    std::atomic<std::uint8_t> m_stop{0};
     std::mutex m_stateMutex;
     std::condition_variable m_stateChanged;
     bool m_ended = false;

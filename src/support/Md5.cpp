@@ -12,10 +12,22 @@ constexpr std::size_t kBlock = 64;
 
 // The auxiliary functions of RFC 1321. Their first argument is the word that the step before has
 // only just made, so each is written to need it as late as can be.
-constexpr Word F(Word x, Word y, Word z) { return z ^ (x & (y ^ z)); }
-constexpr Word G(Word x, Word y, Word z) { return (y & ~z) + (x & z); } // no bit in common: + is |
-constexpr Word H(Word x, Word y, Word z) { return x ^ (y ^ z); }
-constexpr Word I(Word x, Word y, Word z) { return y ^ (x | ~z); }
+constexpr Word F(Word x, Word y, Word z)
+{
+    return z ^ (x & (y ^ z));
+}
+constexpr Word G(Word x, Word y, Word z)
+{
+    return (y & ~z) + (x & z);
+} // no bit in common: + is |
+constexpr Word H(Word x, Word y, Word z)
+{
+    return x ^ (y ^ z);
+}
+constexpr Word I(Word x, Word y, Word z)
+{
+    return y ^ (x | ~z);
+}
 
 template <Word (*function)(Word, Word, Word), int shift>
 inline void step(Word& a, Word b, Word c, Word d, Word word, Word constant)
@@ -109,7 +121,7 @@ void transform(std::array<Word, 4>& state, const std::uint8_t* block)
     state = {state[0] + a, state[1] + b, state[2] + c, state[3] + d};
 }
 
-}
+} // namespace
 
 void Md5Context::update(const void* data, std::size_t length)
 {
@@ -165,8 +177,8 @@ void Md5Context::addToBitCount(std::size_t length)
 // RFC 1321, 3.1 and 3.2: one bit, zeros up to 56 bytes of a block, the count of bits.
 void Md5Context::pad()
 {
-    static constexpr std::array<std::uint8_t, kBlock> padding {0x80};
-    const Word bits[2] {littleEndian(m_count[0]), littleEndian(m_count[1])};
+    static constexpr std::array<std::uint8_t, kBlock> padding{0x80};
+    const Word bits[2]{littleEndian(m_count[0]), littleEndian(m_count[1])};
     const std::size_t held = buffered();
     update(padding.data(), (held < 56 ? 56 : 120) - held);
     update(bits, sizeof bits);

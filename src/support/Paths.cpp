@@ -10,7 +10,10 @@ namespace {
 
 constexpr QChar kBackslash = u'\\';
 
-bool isSeparator(QChar unit) { return unit == kBackslash || unit == QDir::separator(); }
+bool isSeparator(QChar unit)
+{
+    return unit == kBackslash || unit == QDir::separator();
+}
 
 qsizetype lastSeparator(const QString& path)
 {
@@ -67,9 +70,12 @@ std::optional<QString> makeDirs(const QString& path)
     return directory;
 }
 
-}
+} // namespace
 
-QString GetResDir() { return GetInstallDir() + QStringLiteral("res"); }
+QString GetResDir()
+{
+    return GetInstallDir() + QStringLiteral("res");
+}
 
 QString GetResFilePath(const QString& fileName)
 {
@@ -88,8 +94,8 @@ QImage LoadResBitmap(const QString& fileName)
 
 QString GetAttachmentDir()
 {
-    const QString store = GetAppDir() + QStringLiteral("userdata") + QDir::separator()
-        + QStringLiteral("attachment");
+    const QString store =
+        GetAppDir() + QStringLiteral("userdata") + QDir::separator() + QStringLiteral("attachment");
     MakeDirs(store);
     return store;
 }
@@ -117,16 +123,14 @@ QString NoteFolder::pathOf(const QString& fileName, const QString& subName)
     if (!m_guidIsSafe || !IsSafeFileName(fileName) || !IsSafeFileName(subName))
         return {};
     if (!m_store)
-        m_store = GetAttachmentDir();
-    if (subName.isEmpty())
-        return *m_store + QDir::separator() + fileName;
-    return folder() + QDir::separator() + subName;
+        m_store = GetAttachmentDir() + QDir::separator();
+    return subName.isEmpty() ? *m_store + fileName : folder() + subName;
 }
 
 const QString& NoteFolder::folder()
 {
     if (!m_folder) {
-        m_folder = *m_store + QDir::separator() + m_noteGuid;
+        m_folder = *m_store + m_noteGuid + QDir::separator();
         MakeDirs(*m_folder);
     }
     return *m_folder;
@@ -137,11 +141,20 @@ QString GetAttachFilePath(const QString& noteGuid, const QString& fileName, cons
     return NoteFolder(noteGuid).pathOf(fileName, subName);
 }
 
-int MakeDirs(const QString& path) { return makeDirs(path) ? 1 : 0; }
+int MakeDirs(const QString& path)
+{
+    return makeDirs(path) ? 1 : 0;
+}
 
-bool IsFileExist(const QString& path) { return exists(onDisk(path)); }
+bool IsFileExist(const QString& path)
+{
+    return exists(onDisk(path));
+}
 
-QString GetFileExt(const QString& path) { return path.sliced(path.lastIndexOf(u'.') + 1); }
+QString GetFileExt(const QString& path)
+{
+    return path.sliced(path.lastIndexOf(u'.') + 1);
+}
 
 QString GetFileTitle(const QString& path)
 {
@@ -149,7 +162,10 @@ QString GetFileTitle(const QString& path)
     return dot < 0 ? path : path.left(dot);
 }
 
-QString GetFileNameFromPath(const QString& path) { return path.sliced(lastSeparator(path) + 1); }
+QString GetFileNameFromPath(const QString& path)
+{
+    return path.sliced(lastSeparator(path) + 1);
+}
 
 QString extract_foldername(const QString& path)
 {
@@ -158,4 +174,7 @@ QString extract_foldername(const QString& path)
     return separator < 0 ? QString() : trimmed.sliced(separator + 1);
 }
 
-bool path_is_folder(const QString& path) { return QFileInfo(onDisk(path)).isDir(); }
+bool path_is_folder(const QString& path)
+{
+    return QFileInfo(onDisk(path)).isDir();
+}

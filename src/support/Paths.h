@@ -24,14 +24,13 @@ QImage LoadResBitmap(const QString& fileName);
 QString GetAttachmentDir();
 
 /// Where a file of a note lies in the store. With a sub-name (the original name of an attachment)
-/// that is the note's own folder, which is made if it is missing; without one it is the top level of
-/// the store, and the note's folder is neither used nor made.
+/// that is the note's own folder, which is made if it is missing; without one it is the top level
+/// of the store, and the note's folder is neither used nor made.
 ///
 /// Names in notes are not to be trusted. A GUID, file name or sub-name that holds a separator of
-/// either kind or NUL, is "." or "..", or is longer than 255 bytes, gives an empty path, which stands
-/// for a file that does not exist.
-QString GetAttachFilePath(
-    const QString& noteGuid, const QString& fileName, const QString& subName);
+/// either kind or NUL, is "." or "..", or is longer than 255 bytes, gives an empty path, which
+/// stands for a file that does not exist.
+QString GetAttachFilePath(const QString& noteGuid, const QString& fileName, const QString& subName);
 
 /// The same for many files of one note: the store and the note's folder are looked for once.
 class NoteFolder {
@@ -45,6 +44,7 @@ private:
 
     QString m_noteGuid;
     bool m_guidIsSafe;
+    // Both with a separator at the end.
     std::optional<QString> m_store; // set at the first path asked for
     std::optional<QString> m_folder; // set, and the folder made, at the first sub-name
 };

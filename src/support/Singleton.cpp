@@ -20,7 +20,7 @@ Registry& registry()
 // Made while the library is loaded, so that it outlives every other static object that uses it.
 [[maybe_unused]] const Registry& s_early = registry();
 
-}
+} // namespace
 
 void add(ISingleton* instance)
 {
@@ -41,4 +41,4 @@ bool contains(ISingleton* instance)
     return std::find(all.begin(), all.end(), instance) != all.end();
 }
 
-}
+} // namespace SingletonRegistry

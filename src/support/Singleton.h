@@ -21,10 +21,9 @@ void add(ISingleton* instance);
 /// Takes out every entry equal to `instance`.
 void remove(ISingleton* instance);
 bool contains(ISingleton* instance);
-}
+} // namespace SingletonRegistry
 
-template <typename T>
-class SingletonTemplate : public ISingleton {
+template <typename T> class SingletonTemplate : public ISingleton {
 public:
     /// The one instance, made by the first call. Null only while its construction fails: what the
     /// constructor throws is swallowed, and the next call tries again. Callable from any thread.

@@ -14,7 +14,7 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 
 constexpr std::array<std::uint8_t, 256> decodeTable()
 {
-    std::array<std::uint8_t, 256> table {};
+    std::array<std::uint8_t, 256> table{};
     for (std::uint8_t value = 0; value < 64; ++value)
         table[static_cast<unsigned char>(kAlphabet[value])] = value;
     return table;
@@ -42,7 +42,7 @@ bool isSkipped(char byte)
     return byte == '\x01' || byte == '\x02' || byte == '\n' || byte == '\r';
 }
 
-}
+} // namespace
 
 QString Utf8ToWide(const std::string& text)
 {
@@ -57,11 +57,20 @@ std::string WideToUtf8(const QString& text)
     return bytes;
 }
 
-QString AnsiToWide(const std::string& text) { return Utf8ToWide(text); }
+QString AnsiToWide(const std::string& text)
+{
+    return Utf8ToWide(text);
+}
 
-QString AnsiToWide(const char* text) { return text ? wide(QByteArrayView(text)) : QString(); }
+QString AnsiToWide(const char* text)
+{
+    return text ? wide(QByteArrayView(text)) : QString();
+}
 
-std::string WideToAnsi(const QString& text) { return WideToUtf8(text); }
+std::string WideToAnsi(const QString& text)
+{
+    return WideToUtf8(text);
+}
 
 void SplitString(const QString& text, const QString& separator, std::vector<QString>& items)
 {
@@ -77,7 +86,10 @@ void SplitString(const QString& text, const QString& separator, std::vector<QStr
         items.push_back(text.sliced(start));
 }
 
-QString CreateGuidString() { return QUuid::createUuid().toString(QUuid::Id128); }
+QString CreateGuidString()
+{
+    return QUuid::createUuid().toString(QUuid::Id128);
+}
 
 std::string Base64Encode(const char* bytes, std::size_t length)
 {
@@ -95,7 +107,7 @@ std::string Base64Encode(const char* bytes, std::size_t length)
     return text;
 }
 
-std::string Base64Decode(const std::string& text)
+std::string Base64Decode(std::string_view text)
 {
     static constexpr auto table = decodeTable();
     const auto at = [&](std::size_t i) { return i < text.size() ? text[i] : '\0'; };
@@ -111,8 +123,8 @@ std::string Base64Decode(const std::string& text)
             ++i;
             continue;
         }
-        const std::uint32_t group
-            = value(i) << 18 | value(i + 1) << 12 | value(i + 2) << 6 | value(i + 3);
+        const std::uint32_t group =
+            value(i) << 18 | value(i + 1) << 12 | value(i + 2) << 6 | value(i + 3);
         bytes += static_cast<char>(group >> 16);
         if (at(i + 2) != '=') {
             bytes += static_cast<char>(group >> 8);

@@ -4,15 +4,16 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Text conversions and small text tools.
 ///
-/// Text is wide (QString, UTF-16) inside the component. The narrow form, which JSON text, note files
-/// and the Base64 form of file names are made of, is "the process code page" and is always UTF-8
-/// here, so Ansi and Utf8 name the same encoding; the two names stay because they say what a text
-/// is for. Nothing is lost at these borders but two things: a text ends at its first NUL, and a
-/// surrogate without its partner becomes U+FFFD, as do bytes that are not UTF-8. A U+FEFF at the
+/// Text is wide (QString, UTF-16) inside the component. The narrow form, which JSON text, note
+/// files and the Base64 form of file names are made of, is "the process code page" and is always
+/// UTF-8 here, so Ansi and Utf8 name the same encoding; the two names stay because they say what a
+/// text is for. Nothing is lost at these borders but two things: a text ends at its first NUL, and
+/// a surrogate without its partner becomes U+FFFD, as do bytes that are not UTF-8. A U+FEFF at the
 /// start is a character like any other. None of the conversions fails.
 
 QString AnsiToWide(const std::string& text);
@@ -38,4 +39,4 @@ std::string Base64Encode(const char* bytes, std::size_t length);
 /// Lenient: between groups of four the bytes 0x01, 0x02, 0x0A and 0x0D are skipped, anything else
 /// outside the alphabet counts as 0, and so does what is missing from the last group. "=" in the
 /// third place of a group ends its output at one byte, in the fourth at two; more may follow.
-std::string Base64Decode(const std::string& text);
+std::string Base64Decode(std::string_view text);

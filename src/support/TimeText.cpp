@@ -12,13 +12,13 @@ constexpr qsizetype kLongestText = 127;
 std::tm localTime(qint64 time)
 {
     const std::time_t seconds = static_cast<std::time_t>(time);
-    std::tm local {};
+    std::tm local{};
     if (time < 0 || time > kLastTime || !localtime_r(&seconds, &local))
         throw InvalidTimeError("time without a local form");
     return local;
 }
 
-}
+} // namespace
 
 QString FormatTime64(qint64 time, const QString& format)
 {
@@ -26,8 +26,8 @@ QString FormatTime64(qint64 time, const QString& format)
         return {};
     const std::tm local = localTime(time);
     wchar_t text[kLongestText + 1];
-    const std::size_t length
-        = std::wcsftime(text, std::size(text), format.toStdWString().c_str(), &local);
+    const std::size_t length =
+        std::wcsftime(text, std::size(text), format.toStdWString().c_str(), &local);
     const QString result = QString::fromWCharArray(text, static_cast<qsizetype>(length));
     return result.size() <= kLongestText ? result : QString();
 }
@@ -40,7 +40,8 @@ QString FormatNowTime()
 QString FormatFileSize(quint64 size)
 {
     const auto scaled = [size](quint64 unit, const char* format) {
-        return QString::asprintf(format, static_cast<double>(size) * (1.0 / static_cast<double>(unit)));
+        return QString::asprintf(
+            format, static_cast<double>(size) * (1.0 / static_cast<double>(unit)));
     };
     if (size > 0x40000000)
         return scaled(0x40000000, "%.2fG");

@@ -20,6 +20,6 @@ QString FormatTime64(qint64 time, const QString& format);
 /// Now as "%Y-%m-%d %H:%M:%S".
 QString FormatNowTime();
 
-/// A size in bytes for people: "512B", "1.00KB", "1024.00M", "1.50G". A unit is left only when it is
-/// exceeded, so exactly 1024 bytes are "1024B".
+/// A size in bytes for people: "512B", "1.00KB", "1024.00M", "1.50G". A unit is left only when it
+/// is exceeded, so exactly 1024 bytes are "1024B".
 QString FormatFileSize(quint64 size);

@@ -8,14 +8,21 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-// What is copied while the text stays below 0x80: eight units to eight bytes.
-constexpr std::ptrdiff_t kRun = 8;
+constexpr std::ptrdiff_t kRun = 4; // units that are looked at in one word
 
-bool isAsciiRun(const char16_t* in)
+// Copies units below 0x80 in runs of four.
+void copyAsciiRuns(const char16_t*& in, const char16_t* stop, char*& out)
 {
-    std::uint64_t halves[2];
-    std::memcpy(halves, in, sizeof halves);
-    return ((halves[0] | halves[1]) & 0xFF80FF80FF80FF80) == 0;
+    for (; stop - in >= kRun; in += kRun, out += kRun) {
+        std::uint64_t units;
+        std::memcpy(&units, in, sizeof units);
+        if (units & 0xFF80FF80FF80FF80)
+            return;
+        units |= units >> 8; // the bytes of each pair side by side, then those of all four
+        units = (units & 0x0000FFFF) | ((units >> 16) & 0xFFFF0000);
+        const auto bytes = static_cast<std::uint32_t>(units);
+        std::memcpy(out, &bytes, sizeof bytes);
+    }
 }
 
 char32_t takeSurrogate(const char16_t*& in, const char16_t* inEnd)
@@ -53,8 +60,7 @@ void encode(const char16_t*& in, const char16_t* stop, const char16_t* inEnd, ch
     while (in < stop) {
         const char16_t unit = *in;
         if (unit < 0x80) {
-            for (; stop - in >= kRun && isAsciiRun(in); in += kRun, out += kRun)
-                std::copy_n(in, kRun, out);
+            copyAsciiRuns(in, stop, out);
             for (; in < stop && *in < 0x80; ++in)
                 *out++ = static_cast<char>(*in);
         } else if (unit < 0x800) {
@@ -62,8 +68,9 @@ void encode(const char16_t*& in, const char16_t* stop, const char16_t* inEnd, ch
             *out++ = tail(unit, 0);
             ++in;
         } else if ((unit & 0xF800) != 0xD800) {
-            putThree(out, unit);
-            ++in;
+            do
+                putThree(out, *in++);
+            while (in < stop && *in >= 0x800 && (*in & 0xF800) != 0xD800);
         } else {
             const char32_t codePoint = takeSurrogate(in, inEnd);
             codePoint == kReplacement ? putThree(out, codePoint) : putFour(out, codePoint);
@@ -71,7 +78,7 @@ void encode(const char16_t*& in, const char16_t* stop, const char16_t* inEnd, ch
     }
 }
 
-}
+} // namespace
 
 std::size_t EncodeUtf8(QStringView& text, char* buffer, std::size_t capacity)
 {

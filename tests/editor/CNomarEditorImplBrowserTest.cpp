@@ -9,7 +9,9 @@
 #include "support/Paths.h"
 #include "support/Text.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QMessageBox>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -100,6 +102,8 @@ TEST_F(Control, TheFirstCompletionSendsTheLimitAndTellsTheHostOnce)
     EXPECT_EQ(calls(QStringLiteral("SetEditorMaxChars")), QStringList{QStringLiteral("{\"size\":10000 }")});
     EXPECT_EQ(control().docComplete(), 1);
     EXPECT_NE(control().oldWndProc(), nullptr);
+    EXPECT_EQ(control().monitor().MsgWnd(), &control());
+    EXPECT_EQ(control().monitor().MsgId(), 2224u);
     EXPECT_TRUE(calls(QStringLiteral("SetEditorMode")).isEmpty()) << "the page starts in edit mode";
 }
 
@@ -494,6 +498,28 @@ TEST_F(Control, ALinkClickStaysOnThePage)
                              "document.getElementById('a').click(); 1"));
     EXPECT_EQ(bench->js(QStringLiteral("location.pathname.split('/').pop()")).toString(),
         QStringLiteral("index.html"));
+}
+
+TEST_F(Control, AMessageBoxOfThePageIsModalAndLetsPageCallsIn)
+{
+    start("window.ask = () => { CppProcessor('NmMessageBox', '{\"msg\":\"<b>你好</b>\"}', '');"
+          " CppProcessor('DbClickAttachment', '{\"path\":\"x\"}', ''); }");
+    const auto box = [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); };
+    QString text;
+    QStringList openedMeanwhile;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (!box() || host().opened.isEmpty())
+            return;
+        text = box()->text();
+        openedMeanwhile = host().opened;
+        box()->accept();
+    });
+    watch.start(5);
+    bench->js(QStringLiteral("ask(); 1")); // The box opens while this waits.
+    EXPECT_TRUE(waitFor([&] { return !text.isEmpty(); }));
+    EXPECT_EQ(text, QStringLiteral("<b>你好</b>"));
+    EXPECT_EQ(openedMeanwhile, QStringList{QStringLiteral("|x|")});
 }
 
 TEST_F(Control, TheHookWithoutALiveControlKeepsInputFromTheBrowser)

@@ -53,6 +53,11 @@ TEST_P(Generated, KeepsItsElementsThroughChanges)
         ASSERT_TRUE(imgElements(inside) == expected) << "seed " << seed << ":\n"
                                                      << html.toStdString();
         ASSERT_EQ(HtmlDocument(inside).bodyInnerHtml(), inside) << "seed " << seed;
+        ASSERT_EQ(HtmlDocument(inside).bodyText(), document.bodyText()) << "seed " << seed;
+        const QString untouched = HtmlDocument(html).bodyInnerHtml();
+        ASSERT_EQ(HtmlDocument(untouched).bodyText(), HtmlDocument(html).bodyText())
+            << "seed " << seed << ":\n"
+            << html.toStdString();
     }
 }
 
@@ -94,6 +99,13 @@ TEST(GumboDifference, IsOneOfThese)
         EXPECT_EQ(gumboImgElements(html).size(), difference.gumbos)
             << difference.html << ": " << difference.reason;
     }
+}
+
+TEST(GumboDifference, ControlCharactersStay)
+{
+    const QString html = QStringLiteral("<img src='a\x01\x0b\x7f'>");
+    EXPECT_EQ(imgElements(html).front().src, QStringLiteral("a\x01\x0b\x7f"));
+    EXPECT_EQ(gumboImgElements(html).front().src, QStringLiteral(u"a\uFFFD\uFFFD\uFFFD"));
 }
 
 // Source order is kept where the tree moves things: an img between the rows of a table.

@@ -359,6 +359,7 @@ TEST(HtmlDocument, TheInsideOfTheBody)
         {"<<body>img>", "<<!---->img>"},
         {"<svg><g><body><style>a</style>", "<svg><g><body><style>a</style>"},
         {"<svg><html></html></svg>", "<svg><html></html></svg>"},
+        {"<template><html></template>", "<template><html></template>"},
         {"<!-- a <body>", "<!-- a <body>"},
         {"<textarea><body></textarea>", "<textarea><body></textarea>"},
     };

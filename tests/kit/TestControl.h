@@ -66,6 +66,7 @@ public:
     NOTE_HTML_VER_NUMBER version() const { return m_htmlVer; }
     WNDPROC oldWndProc() const { return m_oldWndProc; }
     int docComplete() const { return m_docComplete; }
+    const AttachFileMonitor& monitor() const { return m_monitor; }
 };
 
 /// A control in a window with a host, its page up.

@@ -43,7 +43,7 @@ protected:
 
     std::vector<NewAttachFile> parse(const QString& html)
     {
-        std::vector<NewAttachFile> list {srcRecord(QStringLiteral("stale"))};
+        std::vector<NewAttachFile> list{srcRecord(QStringLiteral("stale"))};
         EXPECT_EQ(ParseAttList(kGuid, html, list, nullptr), 1);
         return list;
     }
@@ -52,7 +52,7 @@ protected:
     TestStore m_store;
 };
 
-}
+} // namespace
 
 void PrintTo(const NewAttachFile& record, std::ostream* out)
 {
@@ -69,15 +69,15 @@ TEST_F(AttachListTest, ANoteWithoutAnyElementGivesAnEmptyList)
 
 TEST_F(AttachListTest, AnElementWithoutExDataIsNoAttachment)
 {
-    EXPECT_EQ(parse(QStringLiteral("<img class=\"userdata\\attachment\\a.png\" src=\"b.png\">")),
-        List());
+    EXPECT_EQ(
+        parse(QStringLiteral("<img class=\"userdata\\attachment\\a.png\" src=\"b.png\">")), List());
 }
 
 TEST_F(AttachListTest, AFileGivesItsRecordAndThatOfItsCard)
 {
     const QString name = QStringLiteral("报告.pdf");
-    EXPECT_EQ(parse(attachment(kFile, kCard, name)),
-        (List {classRecord(kFile, name), srcRecord(kCard)}));
+    EXPECT_EQ(
+        parse(attachment(kFile, kCard, name)), (List{classRecord(kFile, name), srcRecord(kCard)}));
     EXPECT_EQ(m_store.names(), QStringList(kGuid)); // the note's folder is made
 }
 
@@ -85,7 +85,7 @@ TEST_F(AttachListTest, WithoutAClassThereIsTheShownFileAlone)
 {
     EXPECT_EQ(parse(QStringLiteral("<img src='x\\%1' nm_exdata='%2'>")
                         .arg(kCard, FormatOrigNameToJson(QStringLiteral("a")))),
-        List {srcRecord(kCard)});
+        List{srcRecord(kCard)});
 }
 
 TEST_F(AttachListTest, WithoutASourceThereIsTheAttachmentAlone)
@@ -93,35 +93,35 @@ TEST_F(AttachListTest, WithoutASourceThereIsTheAttachmentAlone)
     const QString name = QStringLiteral("a.pdf");
     EXPECT_EQ(parse(QStringLiteral("<img class='x\\%1' nm_exdata='%2'>")
                         .arg(kFile, FormatOrigNameToJson(name))),
-        List {classRecord(kFile, name)});
+        List{classRecord(kFile, name)});
 }
 
 TEST_F(AttachListTest, TheSamePictureTwiceGivesTwoRecords)
 {
     const QString element = attachment(kPicture, kPicture, QStringLiteral("p.png"));
     EXPECT_EQ(parse(element + element),
-        (List {classRecord(kPicture, QStringLiteral("p.png")), srcRecord(kPicture)}));
+        (List{classRecord(kPicture, QStringLiteral("p.png")), srcRecord(kPicture)}));
 }
 
 TEST_F(AttachListTest, ASecondNameOfTheSamePictureIsLost)
 {
     EXPECT_EQ(parse(attachment(kPicture, kPicture, QStringLiteral("one.png"))
                   + attachment(kPicture, kPicture, QStringLiteral("two.png"))),
-        (List {classRecord(kPicture, QStringLiteral("one.png")), srcRecord(kPicture)}));
+        (List{classRecord(kPicture, QStringLiteral("one.png")), srcRecord(kPicture)}));
 }
 
 TEST_F(AttachListTest, ASecondNameOfTheSameFileIsKept)
 {
     EXPECT_EQ(parse(attachment(kFile, kCard, QStringLiteral("one.pdf"))
                   + attachment(kFile, QStringLiteral("dd.bmp"), QStringLiteral("two.pdf"))),
-        (List {classRecord(kFile, QStringLiteral("one.pdf")), srcRecord(kCard),
+        (List{classRecord(kFile, QStringLiteral("one.pdf")), srcRecord(kCard),
             classRecord(kFile, QStringLiteral("two.pdf")), srcRecord(QStringLiteral("dd.bmp"))}));
 }
 
 TEST_F(AttachListTest, SlashesAndBackslashesAreTheSame)
 {
     const QString exData = FormatOrigNameToJson(QStringLiteral("n.pdf"));
-    const List expected {classRecord(kFile, QStringLiteral("n.pdf")), srcRecord(kCard)};
+    const List expected{classRecord(kFile, QStringLiteral("n.pdf")), srcRecord(kCard)};
     for (const QString& prefix : {QStringLiteral("userdata/attachment/"),
              QStringLiteral("..\\userdata/attachment\\"), QStringLiteral("a/b\\"), QString()})
         EXPECT_EQ(parse(QStringLiteral("<img class='%1%2' src='%1%3' nm_exdata='%4'>")
@@ -135,7 +135,7 @@ TEST_F(AttachListTest, AClassWithABlankIsOneName)
     const QString name = QStringLiteral("two words.pdf");
     EXPECT_EQ(parse(QStringLiteral("<img class='x\\%1' nm_exdata='%2'>")
                         .arg(name, FormatOrigNameToJson(name))),
-        List {classRecord(name, name)});
+        List{classRecord(name, name)});
 }
 
 TEST_F(AttachListTest, ExDataThatIsNoJsonGivesARecordWithoutAName)
@@ -143,7 +143,7 @@ TEST_F(AttachListTest, ExDataThatIsNoJsonGivesARecordWithoutAName)
     for (const QString& exData : {QStringLiteral("x"), QString(), QStringLiteral("[]")})
         EXPECT_EQ(parse(QStringLiteral("<img class='x\\%1' src='y/%2' nm_exdata='%3'>")
                             .arg(kFile, kCard, exData)),
-            (List {classRecord(kFile, QString()), srcRecord(kCard)}));
+            (List{classRecord(kFile, QString()), srcRecord(kCard)}));
 }
 
 TEST_F(AttachListTest, PathsThatEndInASeparatorGiveNoRecord)
@@ -258,14 +258,14 @@ TEST_F(AttachListTest, ThousandsOfAttachmentsKeepTheirOrder)
 TEST(ParseAttOrigFileNameList, AppendsEveryNameRepeatedOnesToo)
 {
     const QString element = attachment(kFile, kCard, QStringLiteral("a.pdf"));
-    std::vector<QString> names {QStringLiteral("x")};
+    std::vector<QString> names{QStringLiteral("x")};
     EXPECT_EQ(ParseAttOrigFileNameList(element + QStringLiteral("<img src='y'>")
                       + attachment(kFile, kCard, QString()) + element
                       + QStringLiteral("<img nm_exdata='no json'>"),
                   names),
         1);
     EXPECT_EQ(names,
-        (std::vector<QString> {
+        (std::vector<QString>{
             QStringLiteral("x"), QStringLiteral("a.pdf"), QStringLiteral("a.pdf")}));
 }
 
@@ -295,7 +295,7 @@ TEST_F(AttachListTest, GetAttachFileFromHtmlGivesTheAttachmentsThatExist)
     std::vector<QString> paths;
     QString plain;
     GetAttachFileFromHtml(kGuid, html, paths, &plain);
-    EXPECT_EQ(paths, std::vector<QString> {path});
+    EXPECT_EQ(paths, std::vector<QString>{path});
     EXPECT_EQ(plain, QStringLiteral("text"));
 }
 
@@ -309,10 +309,10 @@ TEST(UpdateAttModifyTimeField, TakesTheTimeOfTheCacheAndElseOfTheCall)
     NewAttachFile note;
     note.fileName = QStringLiteral("dd.html");
     const QString then = QStringLiteral("2001-02-03 04:05:06");
-    const AttachModifyCache cache {{file.fileName + file.origName, then}, {kCard, then},
+    const AttachModifyCache cache{{file.fileName + file.origName, then}, {kCard, then},
         {QStringLiteral("dd.htmldd.html"), then}}; // a key that no record has
 
-    std::vector<NewAttachFile> list {note, file, card};
+    std::vector<NewAttachFile> list{note, file, card};
     const QString before = FormatNowTime();
     UpdateAttModifyTimeField(kGuid, list, cache);
     EXPECT_EQ(list[1].modifyTime, then);

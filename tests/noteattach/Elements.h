@@ -12,8 +12,7 @@ inline QString exDataAttribute(const QString& origName)
 }
 
 /// An `img` whose `class` and `src` end in these names.
-inline QString attachment(
-    const QString& className, const QString& srcName, const QString& origName)
+inline QString attachment(const QString& className, const QString& srcName, const QString& origName)
 {
     return QStringLiteral("<img class=\"userdata\\attachment\\%1\" "
                           "src=\"../userdata\\attachment\\%2\" nm_exdata=\"%3\">")

@@ -35,7 +35,7 @@ Upgraded upgrade(const QString& html, int from, int to)
     return {result, out};
 }
 
-}
+} // namespace
 
 static_assert(std::has_virtual_destructor_v<IHtmlFileUpgrade>);
 
@@ -78,7 +78,8 @@ TEST(HtmlVer_1_To_2, AnEmptyExDataCountsAsNone)
 
 TEST(HtmlVer_1_To_2, OnlyWhatNeedsItIsChanged)
 {
-    const QString keep = QStringLiteral("<img class=\"a/b.png\" nm_exdata=\"{}\"><img class=photo>");
+    const QString keep =
+        QStringLiteral("<img class=\"a/b.png\" nm_exdata=\"{}\"><img class=photo>");
     EXPECT_EQ(step(keep + kOld + keep).html, keep + kNew + keep);
 }
 
@@ -124,8 +125,8 @@ TEST(HtmlFileUpgradeMgr, RunsTheStepsBeyondTheVersionAskedFor)
 TEST(HtmlFileUpgradeMgr, WithNothingToRunItFailsAndLeavesTheTextAlone)
 {
     const int highest = std::numeric_limits<int>::max();
-    for (const auto& [from, to] : std::vector<std::pair<int, int>> {{2, 2}, {2, 9}, {1, 1}, {1, 0},
-             {7, 9}, {highest, highest}}) {
+    for (const auto& [from, to] : std::vector<std::pair<int, int>>{
+             {2, 2}, {2, 9}, {1, 1}, {1, 0}, {7, 9}, {highest, highest}}) {
         const Upgraded upgraded = upgrade(kOld, from, to);
         EXPECT_EQ(upgraded.result, 0) << from << ' ' << to;
         EXPECT_EQ(upgraded.html, kUntouched);

@@ -35,7 +35,7 @@ struct Saved {
 
 Saved save(const QString& html, NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_2)
 {
-    Saved saved {0, html, {}, version};
+    Saved saved{0, html, {}, version};
     saved.result = NoteHtmlRW::SaveHtmlTextToFile(saved.html, saved.record, &saved.version);
     return saved;
 }
@@ -49,7 +49,7 @@ void expectNothingSaved(const TestStore& store, const Saved& saved)
         EXPECT_FALSE(name.endsWith(QStringLiteral(".tmp"))) << name.toStdString();
 }
 
-}
+} // namespace
 
 TEST(ReadHtmlTextFromFile, TakesAMarkerOffAndGivesItsVersion)
 {
@@ -58,7 +58,7 @@ TEST(ReadHtmlTextFromFile, TakesAMarkerOffAndGivesItsVersion)
         QString html;
         int version;
     };
-    const std::vector<Case> cases {
+    const std::vector<Case> cases{
         {"<!--{\"ver_number\":2}--><p>a</p>", QStringLiteral("<p>a</p>"), 2},
         {"<!--{\"ver_number\":2}-->", QString(), 2},
         {"<!---->abc", QStringLiteral("<!---->abc"), 0},
@@ -96,7 +96,8 @@ TEST(ReadHtmlTextFromFile, AnInvalidMarkerIsNotLogged)
     QString html;
     NOTE_HTML_VER_NUMBER version;
     LoggedLines lines;
-    NoteHtmlRW::ReadHtmlTextFromFile(store.write(QStringLiteral("n"), "<!--{x-->a"), html, &version);
+    NoteHtmlRW::ReadHtmlTextFromFile(
+        store.write(QStringLiteral("n"), "<!--{x-->a"), html, &version);
     EXPECT_EQ(version, NOTE_HTML_VER_0);
     EXPECT_EQ(html, QStringLiteral("a"));
     EXPECT_TRUE(lines.take().isEmpty());
@@ -199,13 +200,13 @@ TEST(SaveHtmlTextToFile, AnOldTextIsUpgraded)
 {
     const TestStore store;
     for (const auto version : {NOTE_HTML_VER_0, NOTE_HTML_VER_1, NOTE_HTML_VER_NUMBER(-5)}) {
-        const Saved saved
-            = save(QStringLiteral("<img class=\"userdata/attachment/abc.png\">"), version);
+        const Saved saved =
+            save(QStringLiteral("<img class=\"userdata/attachment/abc.png\">"), version);
         EXPECT_EQ(saved.result, 1);
         EXPECT_EQ(saved.version, NOTE_HTML_VER_2);
         EXPECT_TRUE(saved.html.contains(QStringLiteral("nm_exdata")));
-        EXPECT_EQ(readFile(saved.record.filePath),
-            "<!--{\"ver_number\":2}-->" + saved.html.toUtf8());
+        EXPECT_EQ(
+            readFile(saved.record.filePath), "<!--{\"ver_number\":2}-->" + saved.html.toUtf8());
     }
 }
 

@@ -83,14 +83,14 @@ TEST(PageProtocol, NulAndLoneSurrogatesComeBack)
 TEST(PageProtocol, ErrorsOfThePageAreWrittenToTheLog)
 {
     PageHarness page;
-    page.js(u"note.queryCommandEnabled = () => { throw new Error('broken on purpose'); }; "
+    page.js(u"note.queryCommandEnabled = null; "
             u"note.dispatchEvent(new Event('selectionchange'))"_s);
     ASSERT_TRUE(page.waitFor(u"recorded.calls.length > 0"_s));
     const QList<NativeCall> calls = page.calls(u"WriteEditorLog"_s);
     ASSERT_FALSE(calls.isEmpty());
     const QJsonObject fields = QJsonDocument::fromJson(calls[0].json.toUtf8()).object();
     EXPECT_EQ(fields[u"type"].toString(), u"error"_s);
-    EXPECT_TRUE(fields[u"msg"].toString().contains(u"broken on purpose"_s))
+    EXPECT_TRUE(fields[u"msg"].toString().contains(u"queryCommandEnabled"_s))
         << calls[0].json.toStdString();
 }
 
@@ -130,4 +130,27 @@ TEST(PageProtocol, AttachButtonAsksForFiles)
     PageHarness page;
     page.clickTool(u"Attach files"_s);
     EXPECT_EQ(page.calls(u"AddAttachment"_s).size(), 1);
+}
+
+TEST(PageProtocol, NoteThatCannotBeShownIsToldInABox)
+{
+    PageHarness page;
+    page.js(u"Object.defineProperty(document.implementation, 'createHTMLDocument', { value: null })"_s);
+    EXPECT_EQ(page.call(u"SetEditorContent"_s, u"<p>a</p>"_s)[u"result"], QJsonValue(false));
+    const QList<NativeCall> calls = page.calls(u"NmMessageBox"_s);
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].json, u"{\"msg\":\"The note cannot be shown.\"}"_s);
+    EXPECT_EQ(calls[0].extra, QString());
+    // A save must not take the empty page for the note, nor may anybody write into it.
+    EXPECT_EQ(page.html(), u"<p>a</p>"_s);
+    EXPECT_EQ(page.jsText(u"note.body.contentEditable"_s), u"false"_s);
+}
+
+TEST(PageProtocol, FocusPutsTheCaretIntoTheNote)
+{
+    PageHarness page;
+    page.load(u"<p>abc</p>"_s);
+    page.focusNote();
+    page.type(u"x"_s);
+    EXPECT_EQ(page.html(), u"<p>xabc</p>"_s);
 }

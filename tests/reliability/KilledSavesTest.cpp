@@ -33,9 +33,9 @@ public:
         std::string program = NOMAR_TEST_SAVER;
         std::string directory = store.appDir().toStdString();
         std::string number = std::to_string(firstNumber);
-        char* arguments[] {program.data(), directory.data(), number.data(), nullptr};
-        EXPECT_EQ(::posix_spawn(
-                      &m_process, program.c_str(), &actions, nullptr, arguments, environ), 0);
+        char* arguments[]{program.data(), directory.data(), number.data(), nullptr};
+        EXPECT_EQ(
+            ::posix_spawn(&m_process, program.c_str(), &actions, nullptr, arguments, environ), 0);
         ::posix_spawn_file_actions_destroy(&actions);
         ::close(ends[1]);
         m_output = ::fdopen(ends[0], "r");
@@ -86,7 +86,7 @@ void expectWhole(const TestStore& store, const QString& name)
     EXPECT_TRUE(html.endsWith(QStringLiteral("<hr>"))) << name.toStdString();
 }
 
-}
+} // namespace
 
 TEST(KilledSaves, EveryNoteFileIsWholeAndNamedByItsDigest)
 {

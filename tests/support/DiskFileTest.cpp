@@ -61,6 +61,37 @@ TEST(OutputFile, AWriteThatStopsShortIsAnError)
     EXPECT_EQ(file.written(), 1000);
 }
 
+TEST(OutputFile, AnEarlyStartOfTheFlushChangesNothing)
+{
+    const TestStore store;
+    const QByteArray bytes(1 << 20, 'x');
+    OutputFile file;
+    ASSERT_EQ(file.create(store.path(QStringLiteral("x"))), 0);
+    EXPECT_EQ(file.write(bytes.constData(), 1 << 20), 0);
+    file.beginFlush();
+    EXPECT_EQ(file.write("y", 1), 0);
+    EXPECT_EQ(file.flushAndClose(), 0);
+    EXPECT_EQ(readFile(store.path(QStringLiteral("x"))), bytes + 'y');
+}
+
+TEST(UnfinishedFile, GoesUnlessItGetsItsFinalName)
+{
+    const TestStore store;
+    const QString taken = store.write(QStringLiteral("taken"), "t");
+    for (const bool finished : {false, true}) {
+        const QString path = store.write(QStringLiteral("x.tmp"), "x");
+        UnfinishedFile file(path);
+        EXPECT_EQ(file.finish(taken), EEXIST);
+        if (finished) {
+            EXPECT_EQ(file.finish(store.path(QStringLiteral("final"))), 0);
+            writeFile(path, "somebody else's by now");
+        }
+    }
+    EXPECT_EQ(store.names(),
+        (QStringList{QStringLiteral("final"), QStringLiteral("taken"), QStringLiteral("x.tmp")}));
+    EXPECT_EQ(readFile(taken), "t");
+}
+
 TEST(RenameNoReplace, GivesAnotherNameAndNeverTakesOne)
 {
     const TestStore store;
@@ -71,7 +102,7 @@ TEST(RenameNoReplace, GivesAnotherNameAndNeverTakesOne)
     EXPECT_EQ(readFile(a), "a");
     EXPECT_EQ(readFile(b), "b");
     EXPECT_EQ(RenameNoReplace(a, c), 0);
-    EXPECT_EQ(store.names(), (QStringList {QStringLiteral("b"), QStringLiteral("c")}));
+    EXPECT_EQ(store.names(), (QStringList{QStringLiteral("b"), QStringLiteral("c")}));
     EXPECT_EQ(RenameNoReplace(a, store.path(QStringLiteral("d"))), ENOENT);
     EXPECT_EQ(RenameNoReplace(c, c + QChar(u'\0')), ENOENT);
 }

@@ -13,7 +13,7 @@ public:
     {
         m_handler = std::signal(SIGXFSZ, SIG_IGN);
         ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit tight {bytes, m_before.rlim_max};
+        const rlimit tight{bytes, m_before.rlim_max};
         EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
     }
     ~FileSizeLimit()

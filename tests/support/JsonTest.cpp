@@ -40,7 +40,7 @@ TEST(Json, AValueOfAnotherTypeIsConvertedOrNeutral)
         int integer;
         std::string bytes;
     };
-    const std::vector<Case> cases {{"true", true, 1, "true"}, {"false", false, 0, "false"},
+    const std::vector<Case> cases{{"true", true, 1, "true"}, {"false", false, 0, "false"},
         {"null", false, 0, ""}, {"7", true, 7, "7"}, {"2.7", true, 2, "2.7000000000000002"},
         {"0.0", false, 0, "0.0"}, {"3000000000", true, 0, "3000000000"},
         {"-1e300", true, 0, "-1.0000000000000001e+300"}, {"\"5\"", false, 0, "5"},

@@ -32,7 +32,7 @@ protected:
     }
 
     QTemporaryDir m_directory;
-    LogWriter m_writer {path()};
+    LogWriter m_writer{path()};
 };
 
 void truncate(const QString& path, qint64 size)
@@ -45,16 +45,16 @@ void truncate(const QString& path, qint64 size)
 const QString kFirst = QStringLiteral("first");
 const QString kSecond = QStringLiteral("second");
 
-}
+} // namespace
 
 TEST_F(LogWriterTest, ALineHasDateTimeMillisecondsThreadAndMessage)
 {
     m_writer.append(QStringLiteral("[ERROR] 失败"));
     m_writer.pass();
-    const QString expected
-        = QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3} TID:0x%1 "
-                         "\\[ERROR\\] 失败\r\n$")
-              .arg(::gettid(), 0, 16);
+    const QString expected =
+        QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3} TID:0x%1 "
+                       "\\[ERROR\\] 失败\r\n$")
+            .arg(::gettid(), 0, 16);
     const QString line = QString::fromUtf8(readFile(path()));
     EXPECT_TRUE(QRegularExpression(expected).match(line).hasMatch()) << line.toStdString();
 }
@@ -80,7 +80,7 @@ TEST_F(LogWriterTest, AMessageEndsAtItsFirstNulAndALoneSurrogateIsReplaced)
     m_writer.append(QStringLiteral("ab") + QChar(u'\0') + u'c');
     m_writer.append(QString(QChar(0xD800)));
     m_writer.pass();
-    EXPECT_EQ(messages(), (QStringList {QStringLiteral("ab"), QStringLiteral("\uFFFD")}));
+    EXPECT_EQ(messages(), (QStringList{QStringLiteral("ab"), QStringLiteral("\uFFFD")}));
 }
 
 TEST_F(LogWriterTest, AMessageLongerThanABlockIsWhole)
@@ -90,7 +90,7 @@ TEST_F(LogWriterTest, AMessageLongerThanABlockIsWhole)
     m_writer.append(longOne);
     m_writer.append(kSecond);
     m_writer.pass();
-    EXPECT_EQ(messages(), (QStringList {kFirst, longOne, kSecond}));
+    EXPECT_EQ(messages(), (QStringList{kFirst, longOne, kSecond}));
 }
 
 TEST_F(LogWriterTest, EachPassAppends)
@@ -100,7 +100,7 @@ TEST_F(LogWriterTest, EachPassAppends)
     m_writer.pass();
     m_writer.append(kSecond);
     m_writer.pass();
-    EXPECT_EQ(messages(), (QStringList {kFirst, kSecond}));
+    EXPECT_EQ(messages(), (QStringList{kFirst, kSecond}));
 }
 
 TEST_F(LogWriterTest, AFileAtTheLimitIsAppendedTo)
@@ -245,7 +245,7 @@ TEST(CLog4C, ItsThreadWritesWhatIsLogged)
     log.WriteLog(QStringLiteral("[ERROR] by itself"));
     const QString file = store.appDir() + QStringLiteral("NomarEditor.log");
     do {
-        pollfd ready {watch, POLLIN, 0};
+        pollfd ready{watch, POLLIN, 0};
         ASSERT_EQ(::poll(&ready, 1, 30'000), 1);
         char events[4096];
         ASSERT_GT(::read(watch, events, sizeof events), 0);
@@ -265,5 +265,5 @@ TEST(CLog4C, WriteQueuedBringsTheLinesToTheFileAtOnce)
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(kFirst);
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(QString());
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(kSecond);
-    EXPECT_EQ(lines.take(), (QStringList {kFirst, kSecond}));
+    EXPECT_EQ(lines.take(), (QStringList{kFirst, kSecond}));
 }

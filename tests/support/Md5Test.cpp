@@ -36,12 +36,12 @@ QByteArray standard(const QByteArray& bytes)
     return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
 }
 
-}
+} // namespace
 
 // RFC 1321, appendix A.5.
 TEST(Md5, FollowsTheStandardVectors)
 {
-    const std::vector<std::pair<const char*, const char*>> vectors {
+    const std::vector<std::pair<const char*, const char*>> vectors{
         {"", "d41d8cd98f00b204e9800998ecf8427e"}, {"a", "0cc175b9c0f1b6a831c399e269772661"},
         {"abc", "900150983cd24fb0d6963f7d28e17f72"},
         {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
@@ -107,8 +107,8 @@ TEST(FileMd5, AnEmptyFileHasTheDigestOfTheEmptyMessage)
 TEST(FileMd5, LengthsAroundBlocksAndPiecesGiveTheStandardDigest)
 {
     const TestStore store;
-    for (const qsizetype length : {1, 55, 56, 57, 63, 64, 65, 119, 120, 1023, 1024, 1025, 65535,
-             65536, 65537, 1 << 20}) {
+    for (const qsizetype length :
+        {1, 55, 56, 57, 63, 64, 65, 119, 120, 1023, 1024, 1025, 65535, 65536, 65537, 1 << 20}) {
         const QByteArray bytes = noise(length, static_cast<unsigned>(length));
         const QString path = store.write(QStringLiteral("x"), bytes);
         qint64 read = 0;
@@ -132,8 +132,7 @@ TEST(FileMd5, APathThatCannotBeOpenedGivesTheEmptyStringAndOneLineWithTheCode)
     const TestStore store;
     const QString missing = store.path(QStringLiteral("missing %s %1"));
     const auto line = [](const QString& path, int code) {
-        return QStringList(
-            QStringLiteral("[ERROR]: Open file('") + path
+        return QStringList(QStringLiteral("[ERROR]: Open file('") + path
             + QStringLiteral("') to calc file md5 failed!Error code:%1.").arg(code));
     };
     LoggedLines lines;
@@ -163,7 +162,7 @@ TEST(FileMd5, AFifoASocketAndADeviceAreRefusedWithoutWaiting)
     EXPECT_EQ(FileMd5(QStringLiteral("/dev/zero")), QString());
 
     const QByteArray path = QFile::encodeName(store.path(QStringLiteral("s")));
-    sockaddr_un address {AF_UNIX, {}};
+    sockaddr_un address{AF_UNIX, {}};
     ASSERT_LT(path.size(), qsizetype(sizeof address.sun_path));
     qstrncpy(address.sun_path, path, sizeof address.sun_path);
     const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);

@@ -22,7 +22,7 @@ void check(QString (*operation)(const QString&), std::initializer_list<TextCase>
         EXPECT_EQ(operation(QString::fromUtf8(c.in)), QString::fromUtf8(c.out)) << c.in;
 }
 
-}
+} // namespace
 
 TEST(GetFileExt, IsWhatStandsBehindTheLastDotOrTheWholeInput)
 {
@@ -132,18 +132,18 @@ TEST(GetAttachFilePath, AHostileNameGivesAnEmptyPathAndMakesNothing)
 {
     const TestStore store;
     const QString good = QStringLiteral("x");
-    const QStringList hostile {QStringLiteral("a/b"), QStringLiteral("a\\b"),
+    const QStringList hostile{QStringLiteral("a/b"), QStringLiteral("a\\b"),
         QStringLiteral("/etc/passwd"), QStringLiteral("."), QStringLiteral(".."),
-        QStringLiteral("..\\..\\x"), QStringLiteral("a") + QChar(u'\0') + u'b',
-        QString(256, u'a'), QString(86, u'笔')};
+        QStringLiteral("..\\..\\x"), QStringLiteral("a") + QChar(u'\0') + u'b', QString(256, u'a'),
+        QString(86, u'笔')};
     for (const QString& name : hostile) {
         EXPECT_EQ(GetAttachFilePath(name, good, good), QString()) << name.toStdString();
         EXPECT_EQ(GetAttachFilePath(good, name, QString()), QString()) << name.toStdString();
         EXPECT_EQ(GetAttachFilePath(good, good, name), QString()) << name.toStdString();
     }
     EXPECT_TRUE(store.names().isEmpty());
-    EXPECT_EQ(GetAttachFilePath(good, QString(255, u'a'), QString()),
-        store.path(QString(255, u'a')));
+    EXPECT_EQ(
+        GetAttachFilePath(good, QString(255, u'a'), QString()), store.path(QString(255, u'a')));
     EXPECT_NE(GetAttachFilePath(good, QString(85, u'笔'), QStringLiteral("...")), QString());
 }
 

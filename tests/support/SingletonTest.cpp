@@ -17,7 +17,7 @@ public:
     static inline int s_made = 0;
 };
 
-class Shared : public SingletonTemplate<Shared> {};
+class Shared : public SingletonTemplate<Shared> { };
 
 class Unwilling : public SingletonTemplate<Unwilling> {
 public:
@@ -29,7 +29,7 @@ public:
     static inline bool s_refuse = true;
 };
 
-}
+} // namespace
 
 TEST(Singleton, IsMadeAtTheFirstUseAndOnce)
 {

@@ -35,7 +35,7 @@ const QString kRoom = QStringLiteral("(room)");
 
 constexpr uid_t kNobody = 65534;
 
-}
+} // namespace
 
 TestStore::TestStore()
 {
@@ -43,16 +43,25 @@ TestStore::TestStore()
     SetAppDir(m_directory.path());
 }
 
-TestStore::~TestStore() { SetAppDir(QString()); }
+TestStore::~TestStore()
+{
+    SetAppDir(QString());
+}
 
-QString TestStore::appDir() const { return m_directory.path() + u'/'; }
+QString TestStore::appDir() const
+{
+    return m_directory.path() + u'/';
+}
 
 QString TestStore::store() const
 {
     return m_directory.filePath(QStringLiteral("userdata/attachment"));
 }
 
-QString TestStore::path(const QString& name) const { return store() + u'/' + name; }
+QString TestStore::path(const QString& name) const
+{
+    return store() + u'/' + name;
+}
 
 QStringList TestStore::names() const
 {

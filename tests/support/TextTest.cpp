@@ -19,27 +19,29 @@ struct Conversion {
 
 const std::vector<Conversion>& lossless()
 {
-    static const std::vector<Conversion> cases {
+    static const std::vector<Conversion> cases{
         {"empty", QString(), ""},
         {"ASCII", QStringLiteral("abc"), "abc"},
         {"two bytes", QStringLiteral("é\u07FF"), "\xC3\xA9\xDF\xBF"},
         {"three bytes", QStringLiteral("笔记\uFFFF"), "\xE7\xAC\x94\xE8\xAE\xB0\xEF\xBF\xBF"},
         {"a surrogate pair", QStringLiteral("😀"), "\xF0\x9F\x98\x80"},
-        {"a byte-order mark is a character", QStringLiteral("\uFEFFa"), "\xEF\xBB\xBF"
-                                                                        "a"},
-        {"ASCII runs around others", QStringLiteral("abcdé12345678笔x"), "abcd\xC3\xA9"
-                                                                         "12345678\xE7\xAC\x94x"},
+        {"a byte-order mark is a character", QStringLiteral("\uFEFFa"),
+            "\xEF\xBB\xBF"
+            "a"},
+        {"ASCII runs around others", QStringLiteral("abcdé12345678笔x"),
+            "abcd\xC3\xA9"
+            "12345678\xE7\xAC\x94x"},
     };
     return cases;
 }
 
 QString units(std::initializer_list<char16_t> list)
 {
-    return QString(reinterpret_cast<const QChar*>(list.begin()),
-        static_cast<qsizetype>(list.size()));
+    return QString(
+        reinterpret_cast<const QChar*>(list.begin()), static_cast<qsizetype>(list.size()));
 }
 
-}
+} // namespace
 
 TEST(WideToAnsi, WritesUtf8)
 {
@@ -103,7 +105,7 @@ TEST(SplitString, FollowsItsTable)
         std::vector<QString> items;
     };
     const QString bar = QStringLiteral("|");
-    const std::vector<Case> cases {
+    const std::vector<Case> cases{
         {QStringLiteral("a\\\\b\\"), QStringLiteral("\\"),
             {QStringLiteral("a"), QString(), QStringLiteral("b")}},
         {QStringLiteral("|a"), bar, {QString(), QStringLiteral("a")}},
@@ -125,7 +127,7 @@ TEST(SplitString, FollowsItsTable)
 
 TEST(SplitString, AppendsToWhatIsThere)
 {
-    std::vector<QString> items {QStringLiteral("x")};
+    std::vector<QString> items{QStringLiteral("x")};
     SplitString(QStringLiteral("a,b"), QStringLiteral(","), items);
     EXPECT_EQ(items.size(), 3u);
     EXPECT_EQ(items[0], QStringLiteral("x"));
@@ -145,7 +147,7 @@ TEST(CreateGuidString, GivesThirtyTwoLowerCaseDigitsEachTimeOthers)
 // RFC 4648, section 10.
 TEST(Base64Encode, FollowsTheStandardVectors)
 {
-    const std::vector<std::pair<std::string, std::string>> vectors {{"", ""}, {"f", "Zg=="},
+    const std::vector<std::pair<std::string, std::string>> vectors{{"", ""}, {"f", "Zg=="},
         {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="},
         {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xFE", "+//+"}};
     for (const auto& [bytes, text] : vectors) {
@@ -171,7 +173,7 @@ TEST(Base64Decode, IsLenientByItsRules)
         const char* what;
         std::string text, bytes;
     };
-    const std::vector<Case> cases {
+    const std::vector<Case> cases{
         {"line ends between groups are skipped", "Zm9v\r\nYmFy", "foobar"},
         {"so are the bytes 1 and 2", "\x01\x02Zm9v\x02YmFy\x01", "foobar"},
         {"within a group nothing is skipped", "Zm9\nYmFy", "fo@bar"},

@@ -27,7 +27,7 @@ protected:
     const QString m_format = QStringLiteral("%Y-%m-%d %H:%M:%S");
 };
 
-}
+} // namespace
 
 TEST_F(FormatTime64Test, PrintsLocalTime)
 {
@@ -76,7 +76,7 @@ TEST(FormatNowTime, IsTheTimeOfTheCall)
 
 TEST(FormatFileSize, LeavesAUnitOnlyWhenItIsExceeded)
 {
-    const std::vector<std::pair<quint64, const char*>> cases {{0, "0B"}, {1023, "1023B"},
+    const std::vector<std::pair<quint64, const char*>> cases{{0, "0B"}, {1023, "1023B"},
         {1024, "1024B"}, {1025, "1.00KB"}, {1536, "1.50KB"}, {1048576, "1024.00KB"},
         {1048577, "1.00M"}, {1073741824, "1024.00M"}, {1073741825, "1.00G"},
         {quint64(5) << 30, "5.00G"}, {std::numeric_limits<quint64>::max(), "17179869184.00G"}};

@@ -37,7 +37,7 @@ protected:
 
     Ran runHere(const QStringList& arguments)
     {
-        return run(QStringList {QStringLiteral("--app-dir"), m_store.appDir()} + arguments);
+        return run(QStringList{QStringLiteral("--app-dir"), m_store.appDir()} + arguments);
     }
 
     QString file(const QByteArray& bytes)
@@ -77,7 +77,7 @@ QJsonDocument json(const Ran& ran)
     return QJsonDocument::fromJson(ran.out.toUtf8());
 }
 
-}
+} // namespace
 
 TEST_F(NmnoteTest, HelpIsPrintedAndIsNoBadUse)
 {
@@ -90,7 +90,7 @@ TEST_F(NmnoteTest, HelpIsPrintedAndIsNoBadUse)
 TEST_F(NmnoteTest, BadUseIsExplainedWithTheUsageAndExitsWithTwo)
 {
     const QString path = file("a");
-    const std::vector<QString> lines {QString(), QStringLiteral("frobnicate"),
+    const std::vector<QString> lines{QString(), QStringLiteral("frobnicate"),
         QStringLiteral("parse"), QStringLiteral("parse a b"), QStringLiteral("read"),
         QStringLiteral("text a b"), QStringLiteral("save"), QStringLiteral("md5"),
         QStringLiteral("check a b"), QStringLiteral("parse --frob a"),
@@ -134,11 +134,11 @@ TEST_F(NmnoteTest, ParsePrintsTheRecordsInTheirOrderWithTheNamesOfTheirFields)
     const QString name = QStringLiteral("报告 \"1\".pdf");
     const QString path = file("<!--{\"ver_number\":2}-->"
         + attachment(QStringLiteral("aa.pdf"), QStringLiteral("bb.bmp"), name).toUtf8());
-    const Ran parsed = runHere({QStringLiteral("parse"), QStringLiteral("--guid"),
-        QStringLiteral("g"), path});
+    const Ran parsed =
+        runHere({QStringLiteral("parse"), QStringLiteral("--guid"), QStringLiteral("g"), path});
     const QJsonArray records = json(parsed).array();
     ASSERT_EQ(records.size(), 2);
-    const QJsonObject expected {{QStringLiteral("origName"), name},
+    const QJsonObject expected{{QStringLiteral("origName"), name},
         {QStringLiteral("spareText"), QString()}, {QStringLiteral("fileType"), 2},
         {QStringLiteral("modifyTime"), QString()},
         {QStringLiteral("fileExt"), QStringLiteral("pdf")},
@@ -147,8 +147,8 @@ TEST_F(NmnoteTest, ParsePrintsTheRecordsInTheirOrderWithTheNamesOfTheirFields)
         {QStringLiteral("isSrcFile"), 0}};
     EXPECT_EQ(records[0].toObject(), expected);
     EXPECT_EQ(records[1][QStringLiteral("fileName")].toString(), QStringLiteral("bb.bmp"));
-    EXPECT_EQ(records[1][QStringLiteral("filePath")].toString(),
-        m_store.path(QStringLiteral("bb.bmp")));
+    EXPECT_EQ(
+        records[1][QStringLiteral("filePath")].toString(), m_store.path(QStringLiteral("bb.bmp")));
     EXPECT_TRUE(parsed.out.startsWith(QStringLiteral("[{\"origName\":")));
 }
 
@@ -160,10 +160,10 @@ TEST_F(NmnoteTest, ParseOfANoteWithoutAttachmentsPrintsAnEmptyArray)
 TEST_F(NmnoteTest, ReadPrintsVersionAndTextWhateverTheTextHolds)
 {
     const QString html = QStringLiteral("<p class=\"a\\b\">\t笔记\u0001\r\n😀</p>\u007f");
-    const Ran read
-        = runHere({QStringLiteral("read"), file("<!--{\"ver_number\":7}-->" + html.toUtf8())});
+    const Ran read =
+        runHere({QStringLiteral("read"), file("<!--{\"ver_number\":7}-->" + html.toUtf8())});
     EXPECT_EQ(json(read).object(),
-        (QJsonObject {{QStringLiteral("version"), 7}, {QStringLiteral("html"), html}}));
+        (QJsonObject{{QStringLiteral("version"), 7}, {QStringLiteral("html"), html}}));
     EXPECT_TRUE(read.out.startsWith(QStringLiteral("{\"version\":7,\"html\":\"")));
     EXPECT_EQ(runHere({QStringLiteral("read"), file("")}).out,
         QStringLiteral("{\"version\":0,\"html\":\"\"}\n"));
@@ -172,14 +172,14 @@ TEST_F(NmnoteTest, ReadPrintsVersionAndTextWhateverTheTextHolds)
 TEST_F(NmnoteTest, TextPrintsThePlainTextOfTheBody)
 {
     EXPECT_EQ(runHere({QStringLiteral("text"),
-                           file("<!--{\"ver_number\":2}--><p>a &amp; 笔记</p><p>b</p>")}).out,
+                          file("<!--{\"ver_number\":2}--><p>a &amp; 笔记</p><p>b</p>")})
+                  .out,
         QStringLiteral("a & 笔记\nb\n"));
 }
 
 TEST_F(NmnoteTest, SaveFilesTheNoteAndPrintsItsRecord)
 {
-    const Ran saved = runHere(
-        {QStringLiteral("save"), file("<!--{\"ver_number\":7}-->text")});
+    const Ran saved = runHere({QStringLiteral("save"), file("<!--{\"ver_number\":7}-->text")});
     const QJsonObject record = json(saved).object();
     const QString name = record[QStringLiteral("fileName")].toString();
     EXPECT_EQ(m_store.names(), QStringList(name));
@@ -195,8 +195,8 @@ TEST_F(NmnoteTest, SaveUpgradesAnOldNoteUnlessTheVersionSaysOtherwise)
         return readFile(record[QStringLiteral("filePath")].toString());
     };
     EXPECT_TRUE(savedBytes({QStringLiteral("save"), path}).contains("nm_exdata"));
-    EXPECT_EQ(savedBytes({QStringLiteral("save"), path, QStringLiteral("--version"),
-                  QStringLiteral("2")}),
+    EXPECT_EQ(savedBytes(
+                  {QStringLiteral("save"), path, QStringLiteral("--version"), QStringLiteral("2")}),
         "<!--{\"ver_number\":2}--><img class='a/b.png'>");
 }
 
@@ -291,16 +291,16 @@ TEST_F(NmnoteCheckTest, ATemporaryIsALeftoverAndNothingWrong)
 TEST_F(NmnoteCheckTest, AShownFileThatIsNotThereIsMissing)
 {
     working(QStringLiteral("g"), QStringLiteral("a.pdf"), "x");
-    const QString note = filedNote(attachment(
-        QStringLiteral("aa.pdf"), QStringLiteral("card.bmp"), QStringLiteral("a.pdf")));
+    const QString note = filedNote(
+        attachment(QStringLiteral("aa.pdf"), QStringLiteral("card.bmp"), QStringLiteral("a.pdf")));
     EXPECT_EQ(check(1), QStringList(QStringLiteral("missing: card.bmp (wanted by %1)").arg(note)));
 }
 
 TEST_F(NmnoteCheckTest, AnAttachmentIsMissingOnlyIfNoFolderHoldsItsName)
 {
     const QString card = filed("card", QStringLiteral(".bmp"));
-    const QString note
-        = filedNote(attachment(QStringLiteral("aa.pdf"), card, QStringLiteral("a.pdf")));
+    const QString note =
+        filedNote(attachment(QStringLiteral("aa.pdf"), card, QStringLiteral("a.pdf")));
     EXPECT_EQ(check(1), QStringList(QStringLiteral("missing: a.pdf (wanted by %1)").arg(note)));
     working(QStringLiteral("other"), QStringLiteral("a.pdf"), "x");
     EXPECT_EQ(check(0), QStringList());
@@ -321,8 +321,8 @@ TEST_F(NmnoteCheckTest, APictureWhoseWorkingCopyDiffersIsOfItsOwnKind)
     working(QStringLiteral("g"), QStringLiteral("p.png"), "edited");
     filedNote(attachment(picture, picture, QStringLiteral("p.png")));
     filedNote(QStringLiteral("x") + attachment(picture, picture, QStringLiteral("p.png")));
-    EXPECT_EQ(check(0),
-        QStringList(QStringLiteral("changed: g/p.png (the note shows %1)").arg(picture)));
+    EXPECT_EQ(
+        check(0), QStringList(QStringLiteral("changed: g/p.png (the note shows %1)").arg(picture)));
     working(QStringLiteral("h"), QStringLiteral("p.png"), "picture");
     EXPECT_EQ(check(0), QStringList());
 }

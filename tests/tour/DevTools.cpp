@@ -61,7 +61,8 @@ QJsonValue DevTools::evaluate(const QString& script)
             answered = true;
             value = answer[u"result"][u"result"][u"value"];
         });
-    const QJsonObject parameters{{u"expression"_s, script}, {u"returnByValue"_s, true}};
+    const QJsonObject parameters{
+        {u"expression"_s, script}, {u"returnByValue"_s, true}, {u"awaitPromise"_s, true}};
     const QJsonObject request{
         {u"id"_s, id}, {u"method"_s, u"Runtime.evaluate"_s}, {u"params"_s, parameters}};
     m_socket.sendTextMessage(QString::fromUtf8(QJsonDocument(request).toJson()));

@@ -54,7 +54,7 @@ void Host::kill()
     }
 }
 
-std::vector<qint64> Host::children() const
+bool Host::killRenderProcess()
 {
     QMap<qint64, qint64> parents;
     for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
@@ -64,22 +64,15 @@ std::vector<qint64> Host::children() const
         if (name.toLongLong() > 0 && fields.size() > 1)
             parents.insert(name.toLongLong(), fields[1].toLongLong());
     }
-    std::vector<qint64> found;
+    // The engine forks them off helpers of its own: they come at least two generations after the
+    // host and have no children.
+    bool killed = false;
     for (auto process = parents.keyBegin(); process != parents.keyEnd(); ++process) {
-        qint64 ancestor = *process;
+        qint64 ancestor = parents.value(parents.value(*process));
         while (ancestor > 1 && ancestor != m_process.processId())
             ancestor = parents.value(ancestor);
-        if (ancestor == m_process.processId() && *process != ancestor)
-            found.push_back(*process);
+        if (ancestor == m_process.processId() && parents.key(*process) == 0)
+            killed |= ::kill(pid_t(*process), SIGKILL) == 0;
     }
-    return found;
-}
-
-bool Host::killRenderProcess()
-{
-    bool killed = false;
-    for (const qint64 process : children())
-        if (contentOf(u"/proc/%1/cmdline"_s.arg(process)).contains("--type=renderer"))
-            killed |= ::kill(pid_t(process), SIGKILL) == 0;
     return killed;
 }

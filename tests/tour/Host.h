@@ -3,8 +3,6 @@
 #include <QProcess>
 #include <QString>
 
-#include <vector>
-
 /// The sample host as a process.
 class Host {
 public:
@@ -29,8 +27,6 @@ public:
     QByteArray complaints() { return m_process.readAllStandardError(); }
 
 private:
-    std::vector<qint64> children() const;
-
     const QString m_program;
     QProcess m_process;
     int m_port = 0;

@@ -11,17 +11,17 @@ void restartFindsEverything(Tour& tour)
     tour.clickRow(2);
     tour.expectText(u"买鸡蛋和牛奶"_s);
     tour.clickNote();
-    tour.type(u" unsaved words 未保存"_s);
-    tour.expectText(u"unsaved words 未保存"_s);
+    tour.type(u" unsaved words 明天"_s);
+    tour.expectText(u"unsaved words 明天"_s);
     const QString before = tour.noteText();
-    const QPoint place = tour.inWindow(0, 0);
+    const QRect place = tour.windowPlace();
     tour.quitHost();
-    tour.expectFiled(u"Shopping list"_s, u"unsaved words 未保存"_s);
+    tour.expectFiled(u"Shopping list"_s, u"unsaved words 明天"_s);
     tour.startHost();
     tour.expect(
         u"the same note is open with the same text"_s, [&] { return tour.noteText() == before; });
     tour.expectPage(noteDocument + u".querySelectorAll('table tr').length === 3"_s);
-    tour.expect(u"the window is where it was"_s, [&] { return tour.inWindow(0, 0) == place; });
+    tour.expect(u"the window is where it was"_s, [&] { return tour.windowPlace() == place; });
     tour.shot(u"restarted"_s);
 }
 
@@ -109,12 +109,12 @@ void attachmentOpensOnTheDesktop(Tour& tour)
     tour.clickRow(0);
     tour.expectText(u"Imported"_s);
     tour.expectPage(noteDocument + u".querySelector('img')?.naturalWidth === 120"_s);
-    tour.shot(u"attachment"_s);
     tour.clickElement(noteDocument + u".querySelector('img')"_s, 2);
     tour.expect(u"the desktop is asked to open it"_s, [&] {
         return QUrl(tour.openedByDesktop().trimmed()).toLocalFile() == document
             || tour.openedByDesktop().trimmed() == document;
     });
+    tour.shot(u"attachment"_s);
     tour.quitHost();
 }
 

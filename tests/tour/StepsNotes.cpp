@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 void secondNoteByItsButton(Tour& tour)
 {
-    tour.clickAt(tour.inWindow(269, 17)); // right behind the search field
+    tour.clickInWindow(269, 17); // right behind the search field
     tour.expectPage(noteDocument + u".body.textContent.trim() === ''"_s);
     tour.type(u"数据库设计\nSQLite and its index"_s);
     tour.expectText(u"SQLite and its index"_s);
@@ -29,9 +29,9 @@ void searchFindsChineseAndEnglish(Tour& tour)
 {
     tour.key(u"ctrl+f"_s);
     tour.type(u"鸡蛋"_s);
-    tour.shot(u"search"_s);
     tour.clickRow(0);
     tour.expectText(u"买鸡蛋和牛奶"_s);
+    tour.shot(u"search"_s);
     tour.key(u"ctrl+f"_s);
     tour.key(u"ctrl+a"_s);
     tour.type(u"sqlit"_s);

@@ -55,7 +55,8 @@ QString TestDisplay::start(const QString& typed)
     // choice have a say.
     qputenv("HOME", m_home.path().toUtf8());
     qputenv("XDG_CONFIG_HOME", m_home.path().toUtf8());
-    mapKeys(typed);
+    if (!mapKeys(typed))
+        return u"xmodmap is missing, or there are too few spare keys for the text"_s;
     m_windowManager.start(u"openbox"_s, {});
     QString error;
     for (int i = 0; i < 200; ++i) {
@@ -67,7 +68,7 @@ QString TestDisplay::start(const QString& typed)
     return u"openbox did not start: "_s + error;
 }
 
-void TestDisplay::mapKeys(const QString& typed)
+bool TestDisplay::mapKeys(const QString& typed)
 {
     // xdotool maps a missing character to a spare key at the moment of typing, and a client that
     // reads the new map too late types something else. Keys that are there from the beginning need
@@ -79,11 +80,15 @@ void TestDisplay::mapKeys(const QString& typed)
     QSet<char32_t> mapped;
     QStringList changes;
     for (const char32_t c : typed.toStdU32String()) {
-        if (c < 128 || mapped.contains(c) || spare.isEmpty())
+        if (c < 128 || mapped.contains(c))
             continue;
+        if (spare.isEmpty())
+            return false;
         mapped.insert(c);
         const QString name = u"U%1"_s.arg(uint(c), 4, 16, QChar(u'0')).toUpper();
         changes += {u"-e"_s, u"keycode %1 = %2 %2"_s.arg(spare.takeFirst(), name)};
     }
-    runTool(u"xmodmap"_s, changes);
+    QString error;
+    runTool(u"xmodmap"_s, changes, &error);
+    return error.isEmpty();
 }

@@ -18,7 +18,7 @@ public:
     QString start(const QString& typed);
 
 private:
-    void mapKeys(const QString& typed);
+    bool mapKeys(const QString& typed);
 
     QTemporaryDir m_home;
     QProcess m_server;

@@ -89,20 +89,7 @@ void Tour::startHost(const QString& language, bool dark)
     expectPage(
         u"typeof jsProcessor === 'function' && !!document.querySelector('iframe.ke-edit-iframe')"_s);
     expect(u"the window is on the screen"_s, [this] { return !window().isEmpty(); });
-
-    // Where the page lies on the screen: the page tells it with the first move of the mouse over
-    // it.
-    page(
-        u"addEventListener('mousemove', e => globalThis.tourOrigin = [e.screenX - e.clientX, e.screenY - e.clientY])"_s);
-    const QPoint over = inWindow(-60, 70);
-    QJsonArray origin;
-    expect(u"the page sees the mouse"_s, [&] {
-        xdotool({u"mousemove"_s, QString::number(over.x()), QString::number(over.y())});
-        xdotool({u"mousemove_relative"_s, u"--"_s, u"-3"_s, u"2"_s});
-        origin = page(u"globalThis.tourOrigin"_s).toArray();
-        return origin.size() == 2;
-    });
-    m_pageOrigin = {origin[0].toInt(), origin[1].toInt()};
+    m_pageOrigin.reset();
 }
 
 void Tour::quitHost()
@@ -131,13 +118,44 @@ QString Tour::window()
         .section(u'\n', 0, 0);
 }
 
-QPoint Tour::inWindow(int x, int y)
+QPoint Tour::pageOrigin()
 {
-    QMap<QString, int> geometry;
+    if (m_pageOrigin)
+        return *m_pageOrigin;
+    // The page tells where it lies on the screen with the first move of the mouse over it.
+    page(u"addEventListener('mousemove', e => globalThis.tourOrigin"
+         " = [e.screenX - e.clientX, e.screenY - e.clientY])"_s);
+    QJsonArray origin;
+    expect(u"the page sees the mouse"_s, [&] {
+        moveInWindow(-60, 70);
+        moveInWindow(-63, 72);
+        origin = page(u"globalThis.tourOrigin"_s).toArray();
+        return origin.size() == 2;
+    });
+    m_pageOrigin = QPoint(origin[0].toInt(), origin[1].toInt());
+    return *m_pageOrigin;
+}
+
+QRect Tour::windowPlace()
+{
+    QMap<QString, int> place;
     for (const QString& line :
         xdotool({u"getwindowgeometry"_s, u"--shell"_s, window()}).split(u'\n'))
-        geometry[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
-    return {geometry[u"X"_s] + x + (x < 0 ? geometry[u"WIDTH"_s] : 0), geometry[u"Y"_s] + y};
+        place[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
+    return {place[u"X"_s], place[u"Y"_s], place[u"WIDTH"_s], place[u"HEIGHT"_s]};
+}
+
+void Tour::moveInWindow(int x, int y)
+{
+    const int fromLeft = x < 0 ? windowPlace().width() + x : x;
+    xdotool(
+        {u"mousemove"_s, u"--window"_s, window(), QString::number(fromLeft), QString::number(y)});
+}
+
+void Tour::clickInWindow(int x, int y)
+{
+    moveInWindow(x, y);
+    xdotool({u"click"_s, u"1"_s});
 }
 
 void Tour::key(const QString& keys)
@@ -147,7 +165,13 @@ void Tour::key(const QString& keys)
 
 void Tour::type(const QString& text)
 {
-    xdotool({u"type"_s, u"--delay"_s, u"25"_s, u"--"_s, text});
+    const QStringList lines = text.split(u'\n');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            key(u"Return"_s);
+        if (!lines[i].isEmpty())
+            xdotool({u"type"_s, u"--delay"_s, u"25"_s, u"--"_s, lines[i]});
+    }
 }
 
 void Tour::clickAt(QPoint screen, int times)
@@ -171,7 +195,7 @@ void Tour::clickElement(const QString& expression, int times)
         return middle.size() == 2;
     });
     clickAt(
-        m_pageOrigin + QPoint(qRound(middle[0].toDouble()), qRound(middle[1].toDouble())), times);
+        pageOrigin() + QPoint(qRound(middle[0].toDouble()), qRound(middle[1].toDouble())), times);
 }
 
 void Tour::clickButton(const QString& label)
@@ -191,7 +215,7 @@ void Tour::clickNote()
 void Tour::clickRow(int row)
 {
     const int rowHeight = QFontMetrics(QGuiApplication::font()).height() * 2 + 24;
-    clickAt({inWindow(120, 0).x(), m_pageOrigin.y() + rowHeight * row + rowHeight / 2});
+    clickAt(pageOrigin() + QPoint(-100, rowHeight * row + rowHeight / 2));
 }
 
 void Tour::shot(const QString& name)

@@ -4,10 +4,11 @@
 #include "Host.h"
 #include "Records.h"
 
-#include <QPoint>
+#include <QRect>
 #include <QTemporaryDir>
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 
 /// A step that did not come out as it should.
@@ -43,8 +44,9 @@ public:
     /// Clicks into the note, behind its last character.
     void clickNote();
     void clickRow(int row);
-    /// A point of the window, from its left or (negative) right edge and its top.
-    QPoint inWindow(int x, int y);
+    /// Clicks at a point of the window, from its left or (negative) right edge and its top.
+    void clickInWindow(int x, int y);
+    QRect windowPlace();
     void shot(const QString& name);
 
     // --- looking ---
@@ -64,9 +66,12 @@ public:
 private:
     QString xdotool(const QStringList& arguments);
     QString window();
+    void moveInWindow(int x, int y);
+    /// Where the page's own coordinates begin on the screen. It has to be in sight.
+    QPoint pageOrigin();
 
     const QString m_shotDir;
-    QPoint m_pageOrigin;
+    std::optional<QPoint> m_pageOrigin;
     int m_shots = 0;
 };
 

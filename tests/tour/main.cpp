@@ -47,7 +47,7 @@ constexpr Step steps[] = {
 };
 
 // All that the steps type beyond ASCII.
-const QString typedCharacters = u"买鸡蛋和牛奶，明天做糕。二数据库设计未保存"_s;
+const QString typedCharacters = u"买鸡蛋和牛奶，明天做糕。二数据库设计"_s;
 
 } // namespace
 

@@ -22,11 +22,7 @@ function enter(editor: Editor): boolean {
     if (pre) {
         const lastLineEmpty = /\n\n$/.test(pre.textContent!) || isEmpty(pre);
         if (lastLineEmpty && atEdge(range, pre, false)) {
-            if (!isEmpty(pre)) {
-                editor.exec("delete");
-                editor.exec("insertParagraph");
-            }
-            editor.exec("formatBlock", "div");
+            leaveCode(editor, pre);
         } else {
             editor.exec("insertLineBreak");
         }
@@ -38,6 +34,19 @@ function enter(editor: Editor): boolean {
     if (block === quote) editor.exec("formatBlock", "div");
     else editor.exec("outdent");
     return true;
+}
+
+function leaveCode(editor: Editor, pre: HTMLElement): void {
+    if (isEmpty(pre)) {
+        editor.exec("formatBlock", "div");
+        return;
+    }
+    editor.exec("delete");
+    editor.exec("insertParagraph");
+    editor.exec("formatBlock", "div");
+    // Engine quirk (Chromium 102): the caret has gone back into the code.
+    const behind = pre.nextElementSibling;
+    if (behind) editor.selection.collapseTo(behind, 0);
 }
 
 /** Backspace at the start of a heading, a quote or code makes it a plain paragraph first. */

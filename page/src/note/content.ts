@@ -98,8 +98,8 @@ export class Content {
         const revision = this.currentRevision();
         if (this.answered?.revision !== revision) {
             const ehtml = this.escapedHtml();
-            const etext = JSON.stringify(this.text());
-            const json = `{"result":true,"errmsg":"","ehtml":"${ehtml}","etext":${etext}}`;
+            const etext = this.escapedText();
+            const json = `{"result":true,"errmsg":"","ehtml":"${ehtml}","etext":"${etext}"}`;
             this.answered = { revision, json };
             // The reply holds it now.
             if (revision === 0) this.written = null;
@@ -111,10 +111,10 @@ export class Content {
         return html !== null && bare.has(html) ? "" : html;
     }
 
-    private text(): string {
+    private escapedText(): string {
         if (this.revision > 0 || this.faithful) return this.pieces.text();
         // As the engine reads the stored text, where nothing of it is loaded or run.
-        return plainText(new DOMParser().parseFromString(this.stored, "text/html").body);
+        return escaped(plainText(new DOMParser().parseFromString(this.stored, "text/html").body));
     }
 
     private note(records: MutationRecord[]): void {

@@ -10,12 +10,12 @@ const laterPiece = 32 * 1024;
 const sliceMilliseconds = 12;
 
 export class Loader {
-    private parsing: Document;
+    /** Null when everything in it has been taken over. */
+    private parsing: Document | null;
     private readonly waiting = document.createDocumentFragment();
     private position = 0;
     private shownUntil = 0;
     private preview: ChildNode[] = [];
-    private stopped = false;
     private faithful = true;
 
     /** `finished` is told when the whole note stands in `target`, and whether just as the text has it. */
@@ -24,13 +24,14 @@ export class Loader {
         private readonly target: HTMLElement,
         private readonly finished: (faithful: boolean) => void,
     ) {
-        this.parsing = document.implementation.createHTMLDocument("");
-        this.parsing.open();
-        this.parsing.write("<!DOCTYPE html><body>");
+        const parsing = document.implementation.createHTMLDocument("");
+        parsing.open();
+        parsing.write("<!DOCTYPE html><body>");
+        this.parsing = parsing;
     }
 
     get complete(): boolean {
-        return this.stopped;
+        return this.parsing === null;
     }
 
     /** Shows the first piece, and the rest slice by slice. */
@@ -47,24 +48,18 @@ export class Loader {
 
     /** Loads the rest now. */
     finish(): void {
-        while (!this.stopped) this.step();
+        while (!this.complete) this.step();
     }
 
     /** Another note takes this one's place. */
     cancel(): void {
-        this.release();
-    }
-
-    /** What was parsed is given back: the frame has its nodes now. */
-    private release(): void {
-        this.stopped = true;
-        this.parsing = document.implementation.createHTMLDocument("");
+        this.parsing = null;
     }
 
     private slice(): void {
         const start = performance.now();
-        while (!this.stopped && performance.now() - start < sliceMilliseconds) this.step();
-        if (!this.stopped) setTimeout(() => this.slice());
+        while (!this.complete && performance.now() - start < sliceMilliseconds) this.step();
+        if (!this.complete) setTimeout(() => this.slice());
     }
 
     private step(): void {
@@ -74,25 +69,28 @@ export class Loader {
     }
 
     private feed(length: number): void {
-        this.parsing.write(this.html.slice(this.position, this.position + length));
+        const { parsing } = this;
+        if (!parsing) return;
+        parsing.write(this.html.slice(this.position, this.position + length));
         this.position += length;
-        const rest = this.position < this.html.length ? this.parsing.body.lastChild : null;
-        this.takeUntil(rest);
+        const rest = this.position < this.html.length ? parsing.body.lastChild : null;
+        this.takeUntil(parsing, rest);
     }
 
     private end(): void {
-        this.parsing.close();
-        this.takeUntil(null);
+        const { parsing } = this;
+        if (!parsing) return;
+        parsing.close();
+        this.takeUntil(parsing, null);
         this.show();
-        this.release();
+        this.parsing = null;
         this.finished(this.faithful);
     }
 
     /** Takes over the closed nodes: all before `open`. */
-    private takeUntil(open: ChildNode | null): void {
-        const body = this.parsing.body;
+    private takeUntil({ body }: Document, open: ChildNode | null): void {
         if (body.firstChild === open) return;
-        const container = this.parsing.createElement("div");
+        const container = body.ownerDocument.createElement("div");
         while (body.firstChild !== open) container.append(body.firstChild!);
         if (!sanitiseStored(container)) this.faithful = false;
         this.waiting.append(...container.childNodes);
@@ -108,9 +106,10 @@ export class Loader {
 
     /** A note that is one single element, or one long text, shows what there is of it. */
     private showUnfinished(): void {
-        const open = this.parsing.body.lastChild;
-        if (!open) return;
-        const container = this.parsing.createElement("div");
+        const { parsing } = this;
+        const open = parsing?.body.lastChild;
+        if (!parsing || !open) return;
+        const container = parsing.createElement("div");
         container.append(open.cloneNode(true));
         sanitiseStored(container);
         this.preview = [...container.childNodes];

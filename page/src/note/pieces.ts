@@ -1,13 +1,19 @@
 // The note in pieces, one for each node of the body, each written out once until it changes: a pull
 // after an edit in a large note costs little more than joining them.
 
-import { finishText, linesOf, standsAlone } from "./plaintext";
+import { isBlank, linesOf, standsAlone } from "./plaintext";
 
 interface Piece {
     /** The node's HTML as it stands inside a JSON text, without the quotes. */
     html?: string;
-    /** The node's lines, joined; null when it has none. */
-    lines?: string | null;
+    /** The node's lines; null when it has none. */
+    lines?: Lines | null;
+}
+
+interface Lines {
+    text: string;
+    /** As they stand inside a JSON text, without the quotes. */
+    escaped: string;
 }
 
 export class Pieces {
@@ -40,12 +46,13 @@ export class Pieces {
         return parts.join("");
     }
 
+    /** The plain text as it stands inside a JSON text, without the quotes. */
     text(): string {
-        const lines: string[] = [];
-        const add = (found: string | null) => void (found !== null && lines.push(found));
+        const found: Lines[] = [];
+        const add = (lines: Lines | null) => void (lines && found.push(lines));
         let between: Node[] = [];
         const endRun = () => {
-            if (between.length > 0) add(linesOf(between));
+            if (between.length > 0) add(readLines(between));
             between = [];
         };
         for (const node of this.body().childNodes) {
@@ -55,11 +62,11 @@ export class Pieces {
             }
             endRun();
             const piece = this.piece(node);
-            if (piece.lines === undefined) piece.lines = linesOf([node]);
+            if (piece.lines === undefined) piece.lines = readLines([node]);
             add(piece.lines);
         }
         endRun();
-        return finishText(lines.join("\n"));
+        return joinLines(found);
     }
 
     private piece(node: Node): Piece {
@@ -67,6 +74,27 @@ export class Pieces {
         if (!piece) this.known.set(node, (piece = {}));
         return piece;
     }
+}
+
+function readLines(nodes: Node[]): Lines | null {
+    const text = linesOf(nodes);
+    return text === null ? null : { text, escaped: escaped(text) };
+}
+
+/** Joined, without the line breaks at either end; empty when nobody could read anything in them. */
+function joinLines(found: Lines[]): string {
+    if (found.every(({ text }) => isBlank(text))) return "";
+    const hasText = ({ text }: Lines) => /[^\n]/.test(text);
+    const first = found.findIndex(hasText);
+    let last = found.length - 1;
+    while (!hasText(found[last]!)) last--;
+    const parts = found.slice(first, last + 1).map((lines) => lines.escaped);
+    // Each end anew: a line break and a backslash with an n behind it look alike when escaped.
+    const trimmedStart = found[first]!.text.replace(/^\n+/, "");
+    if (first === last) return escaped(trimmedStart.replace(/\n+$/, ""));
+    parts[0] = escaped(trimmedStart);
+    parts[parts.length - 1] = escaped(found[last]!.text.replace(/\n+$/, ""));
+    return parts.join("\\n");
 }
 
 /** `text` as it stands inside a JSON text, without the quotes. */

@@ -143,15 +143,14 @@ export function linesOf(nodes: Iterable<Node>): string | null {
     return writer.lines.length > 0 ? writer.lines.join("\n") : null;
 }
 
-/** What is left when the lines of a whole body are known. */
-export function finishText(lines: string): string {
-    const text = lines.replace(/^\n+|\n+$/g, "");
-    return blank.test(text) ? "" : text;
+export function isBlank(text: string): boolean {
+    return blank.test(text);
 }
 
 /** The plain text of `root`; the empty text when there is nothing in it to read. */
 export function plainText(root: Node): string {
-    return finishText(linesOf([root]) ?? "");
+    const lines = linesOf([root]) ?? "";
+    return isBlank(lines) ? "" : lines.replace(/^\n+|\n+$/g, "");
 }
 
 /** The characters that the limit counts: code points of the text without its line breaks. */

@@ -21,9 +21,7 @@ export function button(
 ): HTMLButtonElement {
     const made = element("button", { type: "button", tabindex: "-1", ...attributes }, ...children);
     made.addEventListener("mousedown", (event) => event.preventDefault());
-    made.addEventListener("click", () => {
-        if (made.getAttribute("aria-disabled") !== "true") click();
-    });
+    made.addEventListener("click", click);
     return made;
 }
 

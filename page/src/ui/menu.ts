@@ -43,6 +43,7 @@ function menuButton(item: MenuItem): HTMLButtonElement {
         { class: "menu-item", role: choice ? "menuitemradio" : "menuitem" },
         [element("span", { class: "menu-mark" }, ...mark), text],
         () => {
+            if (item.enabled === false) return;
             Popup.closeAny();
             item.run();
         },

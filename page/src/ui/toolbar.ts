@@ -62,12 +62,19 @@ export class Toolbar {
         );
         this.bubble = new LinkBubble(editor, () => this.editLink());
         this.listen();
-        this.setTabStop(this.controls[0]!.button);
+        this.setTabStop(this.buttons()[0]!);
         this.update();
     }
 
     focus(): void {
-        (this.bar.querySelector<HTMLElement>("button[tabindex='0']") ?? this.controls[0]!.button).focus();
+        this.buttons()
+            .find((each) => each.tabIndex === 0)
+            ?.focus();
+    }
+
+    /** In the order in which they are seen. */
+    private buttons(): HTMLButtonElement[] {
+        return [...this.bar.querySelectorAll("button")];
     }
 
     /** Brings every button up to date, once however often it is asked for in a frame. */
@@ -85,6 +92,7 @@ export class Toolbar {
     }
 
     private update(): void {
+        if (!this.editor.editable) Popup.closeAny();
         this.controls.forEach((control) => control.update());
         this.bubble.update();
     }
@@ -94,7 +102,7 @@ export class Toolbar {
             if (event.key === "Escape") this.editor.focusNote();
             else if (event.key === "ArrowDown" && document.activeElement?.hasAttribute("aria-haspopup"))
                 (document.activeElement as HTMLElement).click();
-            else moveFocus(event, this.controls.map((control) => control.button));
+            else moveFocus(event, this.buttons());
         });
         this.bar.addEventListener("focusin", (event) => this.setTabStop(event.target as HTMLElement));
         this.editor.frame.onDocument((doc) => {
@@ -108,7 +116,7 @@ export class Toolbar {
     }
 
     private setTabStop(focused: HTMLElement): void {
-        for (const { button: each } of this.controls) each.tabIndex = each === focused ? 0 : -1;
+        for (const each of this.buttons()) each.tabIndex = each === focused ? 0 : -1;
     }
 
     private editLink(): void {
@@ -144,7 +152,7 @@ export class Toolbar {
     ): HTMLButtonElement {
         const made: HTMLButtonElement = toolButton(name, label, shortcut, () => {
             if (Popup.isOpenFor(made)) Popup.closeAny();
-            else open(made);
+            else if (enabled()) open(made);
         });
         made.setAttribute("aria-haspopup", "true");
         made.setAttribute("aria-expanded", "false");
@@ -212,7 +220,10 @@ export class Toolbar {
                     })),
                 ),
             () => can(editor, "fontSize"),
-            () => (current.textContent = String(fontSizes[size() - 1])),
+            () => {
+                const element = editor.selection.element() ?? editor.frame.body;
+                current.textContent = String(Math.round(parseFloat(getComputedStyle(element).fontSize)));
+            },
         );
         made.classList.add("select", "select-size");
         made.prepend(current);
@@ -226,8 +237,11 @@ export class Toolbar {
     ): HTMLButtonElement {
         const { editor } = this;
         const label = editor.strings[name];
-        // Taking a colour away: a text colour goes back to what stands around it.
-        const none = command === "foreColor" ? "inherit" : "transparent";
+        // Given the colour that holds around it, the engine takes a text's own colour away.
+        const none = () => {
+            if (command === "hiliteColor") return "transparent";
+            return getComputedStyle(editor.selection.block() ?? editor.frame.body).color;
+        };
         const made = this.opening(
             name,
             label,
@@ -236,7 +250,7 @@ export class Toolbar {
                 showPalette(opener, label, colors, editor.strings.noColor, (color) =>
                     this.inNote(() => {
                         bar.style.backgroundColor = color ?? "";
-                        editor.exec(command, color ?? none);
+                        editor.exec(command, color ?? none());
                     }),
                 ),
             () => can(editor, command),
