@@ -42,7 +42,7 @@ public:
             editor.control().LoadEditor(mark, {file}, {}, 0);
             waitForPaint(editor.page(), showsMark(mark));
         })();
-        editor.open(file);
+        editor.waitUntilComplete();
         editor.openEmpty();
         settle(kPause);
         return seconds;

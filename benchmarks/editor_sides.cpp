@@ -96,6 +96,11 @@ QString Editor::store(const QByteArray& html)
 void Editor::open(const QString& fileName)
 {
     m_control->LoadEditor(QStringLiteral("note"), {fileName}, {}, 0);
+    waitUntilComplete();
+}
+
+void Editor::waitUntilComplete()
+{
     QString html;
     m_control->GetLastHtml(html);
     // The page may bring a long note in by pieces; it is complete with its last paragraph.

@@ -31,6 +31,8 @@ public:
     QString store(const QByteArray& html);
     /// Opens the note that store() named, and waits until the page holds all of it.
     void open(const QString& fileName);
+    /// Waits until the page holds all of the note that was loaded last.
+    void waitUntilComplete();
     /// Opens an empty note, and waits until the page has let go of the one before.
     void openEmpty();
     /// The page's raw answer to the pull of a note.

@@ -47,6 +47,10 @@ int main(int argc, char* argv[])
         return fail(QObject::tr("The notes cannot be opened: %1").arg(shelf.errorText()));
 
     SetAppDir(appDir.path());
+    // Built, the page lies beside the executable; installed, in the package's data directory.
+    const QDir bin(QCoreApplication::applicationDirPath());
+    if (!bin.exists(u"nmeditor"_s))
+        SetInstallDir(bin.filePath(u"../share/nomareditor"_s));
     QSettings settings(appDir.filePath(u"nomarhost.ini"_s), QSettings::IniFormat);
     MainWindow window(shelf, storeDir, settings);
     if (!window.isUsable())

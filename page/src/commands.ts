@@ -36,15 +36,18 @@ function plain(
         label: id as keyof Strings & string,
         keys,
         enabled: (editor) => can(editor, command),
-        active: toggles
-            ? (editor) => editor.frame.document.queryCommandState(command)
-            : undefined,
+        active: toggles ? (editor) => editor.frame.document.queryCommandState(command) : undefined,
         run: (editor) => void editor.exec(command),
     };
 }
 
 /** The engine would look at every paragraph of the selection; the first one is enough. */
-function alignment(id: IconName & keyof Strings, command: string, key: string, held: string[]): Command {
+function alignment(
+    id: IconName & keyof Strings,
+    command: string,
+    key: string,
+    held: string[],
+): Command {
     return {
         ...plain(id, id, command, [key]),
         active: (editor) => {
@@ -77,9 +80,11 @@ const clearFormatting: Command = {
     run: (editor) => {
         editor.exec("removeFormat");
         // Engine quirk (Chromium 102): the style of a formatting element comes back as one of its own.
-        for (let again = 0; again < 2 && stillFormatted(editor); again++) editor.exec("removeFormat");
+        for (let again = 0; again < 2 && stillFormatted(editor); again++)
+            editor.exec("removeFormat");
         const kind = blockKind(editor);
-        if (kind !== "div" && editor.selection.range()?.collapsed) editor.exec("formatBlock", "div");
+        if (kind !== "div" && editor.selection.range()?.collapsed)
+            editor.exec("formatBlock", "div");
     },
 };
 
@@ -128,7 +133,8 @@ export const quote: Command = {
     keys: ["Ctrl+Shift+9"],
     enabled: (editor) => can(editor, "formatBlock"),
     // Indentation is made of quotes too, but those have no border.
-    active: (editor) => editor.selection.closest("blockquote:not([style*='border: none'])") !== null,
+    active: (editor) =>
+        editor.selection.closest("blockquote:not([style*='border: none'])") !== null,
     run: toggleQuote,
 };
 export const code: Command = {

@@ -21,7 +21,13 @@ const toolbar = new Toolbar(editor);
 const placeholder = new Placeholder(editor, paper);
 const toast = new Toast(document.body);
 document.body.prepend(toolbar.bar);
-paper.append(element("div", { class: "progress", role: "progressbar", "aria-label": editor.strings.loading }));
+paper.append(
+    element("div", {
+        class: "progress",
+        role: "progressbar",
+        "aria-label": editor.strings.loading,
+    }),
+);
 
 editor.toast = (message) => toast.show(message);
 editor.focusToolbar = () => toolbar.focus();

@@ -288,8 +288,10 @@ void DocumentScan::weighText(const Token& token)
 
 void DocumentScan::writeText(const Token& token)
 {
-    QString decoded = decodeText(m_html.sliced(token.begin, token.end - token.begin), token.place);
-    if (token.begin == m_preEnd && decoded.startsWith(u'\n'))
+    const QStringView raw = m_html.sliced(token.begin, token.end - token.begin);
+    QString decoded = decodeText(raw, token.place);
+    const bool behindPre = token.begin == m_preEnd && !raw.startsWith(QChar(u'\0'));
+    if (behindPre && decoded.startsWith(u'\n'))
         decoded.remove(0, 1);
     m_writer->text(decoded, m_rules->current());
 }

@@ -92,7 +92,8 @@ enum TagFlag : quint32 {
     X(Legend, "legend", Block) \
     X(Li, "li", Special | ClosesP | Breakout | NoFrames | Block) \
     X(Link, "link", Void | Special | HeadContent) \
-    X(Listing, "listing", Special | ClosesP | ScopedEnd | Breakout | NoFrames | Block | Preformatted) \
+    X(Listing, "listing", \
+        Special | ClosesP | ScopedEnd | Breakout | NoFrames | Block | Preformatted) \
     X(Main, "main", Special | ClosesP | ScopedEnd | Block) \
     X(Malignmark, "malignmark", 0) \
     X(Marquee, "marquee", Special | Boundary | ScopedEnd | NoFrames) \

@@ -47,9 +47,8 @@ void TreeRules::closeImplied(Tag tag)
     if (is(tag, ClosesP))
         closeP();
     const Tag current = inForeign() ? Tag::Unknown : OpenElements::tagOf(m_open.top().name);
-    if (is(tag, Heading) && is(current, Heading))
-        pop();
-    else if ((tag == Tag::Option || tag == Tag::Optgroup) && current == Tag::Option)
+    const bool isOption = tag == Tag::Option || tag == Tag::Optgroup;
+    if ((is(tag, Heading) && is(current, Heading)) || (isOption && current == Tag::Option))
         pop();
     else if (tag == Tag::Button && m_open.hasInScope(Tag::Button))
         popTo(Tag::Button);

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr unsigned WS_VISIBLE = 0x10000000;
-
 /// The browser's own procedure: the widget's event handler, behind every filter.
 long DefaultWndProc(QWidget* hwnd, QEvent* message)
 {

@@ -13,6 +13,9 @@
 
 class KeyState;
 
+/// The bit of `Create`'s style that shows the control at once.
+inline constexpr unsigned WS_VISIBLE = 0x10000000;
+
 /// The procedure that handles an event of the browser's input widget. Returns what the browser
 /// returned for it.
 using WNDPROC = long (*)(QWidget* hwnd, QEvent* message);
@@ -38,7 +41,8 @@ public:
     ~IEWebBrowser() override;
 
     /// Makes this a child of `parent` with the geometry `rect` and makes the window of the browser.
-    /// `id` is kept as the widget's property "id"; a `style` with the bit 0x10000000 shows it.
+    /// `id` is kept as the widget's property "id"; a `style` with `WS_VISIBLE` shows it, else
+    /// `show` does.
     /// Returns 0 if `parent` is null or the window exists already, else 1.
     virtual int Create(QWidget* parent, const QRect& rect, unsigned id, unsigned style);
     /// Takes the browser down: calls `OnDestroy`, then deletes the browser's window. The destructor

@@ -302,6 +302,16 @@ TEST_F(RealPage, NoRequestReachesANetwork)
     EXPECT_EQ(seen, 0);
 }
 
+TEST_F(RealPage, TextThatNoJsonCanHoldLosesNothingElse)
+{
+    open(QStringLiteral("<p>before</p>"));
+    bench.inNote(QStringLiteral("doc.body.append('a\\ud800b\\0c \\\\ud800 d')"));
+    QString html, text;
+    control().Handler().GetEditorContent(html, text);
+    EXPECT_EQ(html, QStringLiteral("<p>before</p>a\uFFFDb\uFFFDc \\ud800 d"));
+    EXPECT_EQ(text, QStringLiteral("before\na\uFFFDb\uFFFDc \\ud800 d"));
+}
+
 TEST_F(RealPage, ManyNotesInARowStayApart)
 {
     for (int i = 0; i < 20; ++i) {

@@ -52,6 +52,13 @@ TEST(PlainText, LoneSurrogatesAndNulAreReplacedOrDropped)
         HtmlDocument(QString::fromUtf16(units, 6)).bodyText(), QStringLiteral(u"a\uFFFDb\uFFFD"));
 }
 
+TEST(PlainText, ANulBehindPreKeepsTheLineFeed)
+{
+    QString text = QStringLiteral("x<pre>0\na</pre>");
+    text.replace(u'0', QChar(0));
+    EXPECT_EQ(HtmlDocument(text).bodyText(), QStringLiteral("x\n\na"));
+}
+
 TEST(PlainText, FramesHaveNone)
 {
     EXPECT_EQ(

@@ -77,7 +77,7 @@ public:
         window.resize(900, 600);
         if (withHost)
             control->SetNmEditorNotify(&host);
-        control->Create(&window, QRect(0, 0, 900, 600), 1, 0x10000000);
+        control->Create(&window, QRect(0, 0, 900, 600), 1, WS_VISIBLE);
         window.show();
     }
 

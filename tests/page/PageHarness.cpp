@@ -51,9 +51,8 @@ void inject(QWebEnginePage* page, const PageHarness::Settings& settings)
     QWebEngineScript script;
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::MainWorld);
-    script.setSourceCode(QString::fromLatin1(kInjected)
-                             .arg(quoted(settings.language),
-                                 settings.dark ? QStringLiteral("true") : QStringLiteral("false")));
+    script.setSourceCode(QString::fromLatin1(kInjected).arg(quoted(settings.language),
+        settings.dark ? QStringLiteral("true") : QStringLiteral("false")));
     page->scripts().insert(script);
 }
 
@@ -61,12 +60,12 @@ void inject(QWebEnginePage* page, const PageHarness::Settings& settings)
 
 QString quoted(const QString& text)
 {
-    const QByteArray array = QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact);
+    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(array.mid(1, array.size() - 2));
 }
 
 PageHarness::PageHarness()
-    : PageHarness(Settings {})
+    : PageHarness(Settings{})
 {
 }
 
@@ -256,8 +255,7 @@ void PageHarness::compose(const QString& text)
     QList<QInputMethodEvent::Attribute> attributes;
     attributes.append({QInputMethodEvent::Cursor, int(text.size()), 1});
     QInputMethodEvent event(text, attributes);
-    act(QStringLiteral("compositionupdate"),
-        [&] { QCoreApplication::sendEvent(input(), &event); });
+    act(QStringLiteral("compositionupdate"), [&] { QCoreApplication::sendEvent(input(), &event); });
 }
 
 void PageHarness::commit(const QString& text)
@@ -278,7 +276,7 @@ QPoint PageHarness::centre(const QString& document, const QString& selector)
             : document.querySelector("iframe").getBoundingClientRect();
         return [frame.left + box.left + box.width / 2, frame.top + box.top + box.height / 2];
     })())js")
-                                       .arg(document, quoted(selector)))
+                                      .arg(document, quoted(selector)))
                                    .toList();
     if (place.size() != 2)
         throw std::runtime_error("no such element: " + selector.toStdString());
@@ -299,21 +297,20 @@ void PageHarness::clickNote(
 void PageHarness::doubleClickNote(const QString& selector)
 {
     const QPoint point = centre(QStringLiteral("note"), selector);
-    act(QStringLiteral("dblclick"),
-        [&] {
-            // Not by QTest, which sets its clicks so far apart that the engine never counts two.
-            static ulong now = 1000000;
-            now += 10000;
-            for (const auto& [type, held] : {std::pair(QEvent::MouseButtonPress, Qt::LeftButton),
-                     std::pair(QEvent::MouseButtonRelease, Qt::NoButton),
-                     std::pair(QEvent::MouseButtonDblClick, Qt::LeftButton),
-                     std::pair(QEvent::MouseButtonRelease, Qt::NoButton)}) {
-                QMouseEvent event(type, point, input()->mapToGlobal(point), Qt::LeftButton, held,
-                    Qt::NoModifier);
-                event.setTimestamp(now += 20);
-                QCoreApplication::sendEvent(input(), &event);
-            }
-        });
+    act(QStringLiteral("dblclick"), [&] {
+        // Not by QTest, which sets its clicks so far apart that the engine never counts two.
+        static ulong now = 1000000;
+        now += 10000;
+        for (const auto& [type, held] : {std::pair(QEvent::MouseButtonPress, Qt::LeftButton),
+                 std::pair(QEvent::MouseButtonRelease, Qt::NoButton),
+                 std::pair(QEvent::MouseButtonDblClick, Qt::LeftButton),
+                 std::pair(QEvent::MouseButtonRelease, Qt::NoButton)}) {
+            QMouseEvent event(
+                type, point, input()->mapToGlobal(point), Qt::LeftButton, held, Qt::NoModifier);
+            event.setTimestamp(now += 20);
+            QCoreApplication::sendEvent(input(), &event);
+        }
+    });
 }
 
 void PageHarness::clickPage(const QString& selector)

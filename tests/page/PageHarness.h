@@ -1,5 +1,5 @@
-// The built page in a real browser view, with a stand-in for what the library injects: every call of
-// the page is recorded. Keys, the mouse and compositions are real input events.
+// The built page in a real browser view, with a stand-in for what the library injects: every call
+// of the page is recorded. Keys, the mouse and compositions are real input events.
 #pragma once
 
 #include <QJsonObject>
@@ -25,7 +25,7 @@ public:
     struct Settings {
         QString language = QStringLiteral("en-US");
         bool dark = false;
-        QSize size { 1000, 600 };
+        QSize size{1000, 600};
         double zoom = 1.0;
     };
 
@@ -57,7 +57,8 @@ public:
     QList<NativeCall> calls(const QString& method);
     QStringList posts(const QString& kind);
 
-    /** Puts the caret, or a selection, at offsets of the text of the element `selector` in the note. */
+    /** Puts the caret, or a selection, at offsets of the text of the element `selector` in the
+     * note. */
     void caret(const QString& selector, int offset);
     void select(const QString& selector, int start, int end);
     void selectAll();

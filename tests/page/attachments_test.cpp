@@ -22,7 +22,7 @@ QString element(const QString& name, const QString& file)
 /** What native code sends: styled JSON, as its library writes it. */
 QString picture(const QString& name, const QString& file)
 {
-    const QJsonObject fields {{u"picpath"_s, u"../userdata\\attachment\\"_s + file},
+    const QJsonObject fields{{u"picpath"_s, u"../userdata\\attachment\\"_s + file},
         {u"strData"_s, u"userdata\\attachment\\"_s + file}, {u"exdata"_s, exdata(name)},
         {u"type"_s, u"png"_s}};
     return QString::fromUtf8(QJsonDocument(fields).toJson());
@@ -110,9 +110,9 @@ TEST_F(PageAttachments, ModifyChangesEveryElementOfTheName)
 {
     page.load(u"<p>"_s + element(u"a.txt"_s, u"1.bmp"_s) + element(u"b.txt"_s, u"2.bmp"_s)
         + element(u"a.txt"_s, u"3.bmp"_s) + u"</p>"_s);
-    const QString argument = u"{\"nm_exdata\":%1,\"ClassValue\":\"userdata\\\\attachment\\\\n.txt\","
-                             u"\"SrcValue\":\"../userdata\\\\attachment\\\\n.bmp\"}"_s
-                                 .arg(exdata(u"a.txt"_s));
+    const QString argument =
+        u"{\"nm_exdata\":%1,\"ClassValue\":\"userdata\\\\attachment\\\\n.txt\","
+        u"\"SrcValue\":\"../userdata\\\\attachment\\\\n.bmp\"}"_s.arg(exdata(u"a.txt"_s));
     EXPECT_EQ(page.call(u"ModifyAttachAtrr"_s, argument)[u"result"], QJsonValue(true));
     EXPECT_EQ(page.jsText(u"[...note.images].map(i => i.getAttribute('class')).join()"_s),
         u"userdata\\attachment\\n.txt,userdata\\attachment\\2.bmp,userdata\\attachment\\n.txt"_s);
@@ -153,23 +153,23 @@ TEST_F(PageAttachments, SelectedByAPartOfTheOriginalName)
 {
     page.load(u"<p>text</p>"_s.repeated(100) + element(u"报告 one.doc"_s, u"1.bmp"_s)
         + element(u"报告 two.doc"_s, u"2.bmp"_s));
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"告 \"}"_s)[u"result"],
-        QJsonValue(true));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"告 \"}"_s)[u"result"], QJsonValue(true));
     EXPECT_TRUE(page.jsBool(u"note.getSelection().getRangeAt(0).cloneContents().firstChild"
                             u".getAttribute('class').endsWith('1.bmp')"_s));
     EXPECT_GT(page.js(u"note.scrollingElement.scrollTop"_s).toInt(), 0);
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"two\"}"_s)[u"result"],
-        QJsonValue(true));
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"ONE\"}"_s)[u"result"],
-        QJsonValue(false));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"two\"}"_s)[u"result"], QJsonValue(true));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"ONE\"}"_s)[u"result"], QJsonValue(false));
 }
 
 TEST_F(PageAttachments, SelectedWorksInAReadOnlyNote)
 {
     page.load(element(u"a.doc"_s, u"1.bmp"_s));
     page.call(u"SetEditorMode"_s, u"{\"readonly\":true }"_s);
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"a\"}"_s)[u"result"],
-        QJsonValue(true));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"a\"}"_s)[u"result"], QJsonValue(true));
 }
 
 TEST_F(PageAttachments, KeywordThatBreaksTheJsonIsCopedWith)
@@ -177,12 +177,12 @@ TEST_F(PageAttachments, KeywordThatBreaksTheJsonIsCopedWith)
     page.load(element(u"say \"hi\".doc"_s, u"1.bmp"_s) + element(u"a\\b.doc"_s, u"2.bmp"_s));
     EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"say \"hi\"\"}"_s)[u"result"],
         QJsonValue(true));
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"a\\b\"}"_s)[u"result"],
-        QJsonValue(true));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"a\\b\"}"_s)[u"result"], QJsonValue(true));
     EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"no\"ne\"}"_s)[u"result"],
         QJsonValue(false));
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"\"}"_s)[u"result"],
-        QJsonValue(false));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"\"}"_s)[u"result"], QJsonValue(false));
 }
 
 TEST_F(PageAttachments, BrokenNamesAreNoError)
@@ -190,8 +190,8 @@ TEST_F(PageAttachments, BrokenNamesAreNoError)
     page.load(u"<img nm_exdata='no json'><img nm_exdata='{\"OrigName_B64\":\"***\"}'>"
               u"<img nm_exdata='{\"OrigName_B64\":5}'><img nm_exdata='[]'>"_s
         + element(u"found"_s, u"1.bmp"_s));
-    EXPECT_EQ(page.call(u"SelectedAttach"_s, u"{\"keyword\":\"found\"}"_s)[u"result"],
-        QJsonValue(true));
+    EXPECT_EQ(
+        page.call(u"SelectedAttach"_s, u"{\"keyword\":\"found\"}"_s)[u"result"], QJsonValue(true));
 }
 
 TEST_F(PageAttachments, DoubleClickOpensInBothModes)
@@ -215,7 +215,8 @@ TEST_F(PageAttachments, RightClickIsReported)
     const QList<NativeCall> calls = page.calls(u"OnRightClickAttach"_s);
     ASSERT_EQ(calls.size(), 1);
     const QJsonObject fields = QJsonDocument::fromJson(calls[0].json.toUtf8()).object();
-    EXPECT_EQ(fields[u"current_attach"][u"class_value"].toString(), u"userdata\\attachment\\1.bmp"_s);
+    EXPECT_EQ(
+        fields[u"current_attach"][u"class_value"].toString(), u"userdata\\attachment\\1.bmp"_s);
     EXPECT_EQ(fields[u"current_attach"][u"exdata_value"].toString(), exdata(u"a.doc"_s));
     EXPECT_TRUE(fields[u"range_html"].isString());
 }

@@ -60,10 +60,10 @@ TEST_F(PageClipboard, PasteKeepsAttachmentAttributes)
 {
     start(u"<p>a</p>"_s);
     page.caret(u"p"_s, 1);
-    const QString element
-        = u"<img class=\"userdata\\attachment\\1.png\" src=\"../userdata\\attachment\\1.png\" "
-          u"nm_exdata=\"{&quot;OrigName_B64&quot;:&quot;YQ==&quot;}\" "
-          u"data-ke-src=\"../userdata\\attachment\\1.png\" nmimgsrc=\"../userdata\\attachment\\1.png\">"_s;
+    const QString element =
+        u"<img class=\"userdata\\attachment\\1.png\" src=\"../userdata\\attachment\\1.png\" "
+        u"nm_exdata=\"{&quot;OrigName_B64&quot;:&quot;YQ==&quot;}\" "
+        u"data-ke-src=\"../userdata\\attachment\\1.png\" nmimgsrc=\"../userdata\\attachment\\1.png\">"_s;
     setClipboard(element, QString());
     paste();
     EXPECT_EQ(page.html(), u"<p>a"_s + element + u"</p>"_s);
@@ -103,12 +103,13 @@ TEST_F(PageClipboard, CopyPutsUpTheSelectionWithItsFormat)
     copy();
     EXPECT_TRUE(clipboardHtml().contains(u"<b>ld<i>e</i></b>"_s)) << clipboardHtml().toStdString();
     EXPECT_EQ(QApplication::clipboard()->text(), u"lde"_s);
-    EXPECT_EQ(page.posts(u"copied"_s), QStringList {QString()});
+    EXPECT_EQ(page.posts(u"copied"_s), QStringList{QString()});
 }
 
 TEST_F(PageClipboard, CopyOfPartsOfAListOrTableIsAListOrTable)
 {
-    start(u"<ol><li>one</li><li>two</li></ol><table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
+    start(
+        u"<ol><li>one</li><li>two</li></ol><table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
     page.js(u"note.getSelection().setBaseAndExtent(note.querySelectorAll('li')[0].firstChild, 0, "
             u"note.querySelectorAll('li')[1].firstChild, 3)"_s);
     copy();
@@ -118,7 +119,8 @@ TEST_F(PageClipboard, CopyOfPartsOfAListOrTableIsAListOrTable)
 
 TEST_F(PageClipboard, CopyOfAnAttachmentAloneHasNoText)
 {
-    start(u"<p>a</p><p><img class='userdata\\attachment\\1.png' nm_exdata='{\"OrigName_B64\":\"YQ==\"}'></p>"_s);
+    start(
+        u"<p>a</p><p><img class='userdata\\attachment\\1.png' nm_exdata='{\"OrigName_B64\":\"YQ==\"}'></p>"_s);
     page.call(u"SelectedAttach"_s, u"{\"keyword\":\"a\"}"_s);
     copy();
     EXPECT_TRUE(clipboardHtml().contains(u"class=\"userdata\\attachment\\1.png\""_s));
@@ -172,9 +174,11 @@ TEST_F(PageClipboard, CopyAndPasteInsideTheNoteAddsNoStyles)
 TEST_F(PageClipboard, DroppedHtmlIsSanitisedAndInserted)
 {
     start(u"<p>ab</p>"_s);
-    page.js(u"{ const data = new DataTransfer(); data.setData('text/html', "
-            u"'<i onclick=\"x()\">new</i>'); const box = note.querySelector('p').getBoundingClientRect();"
-            u"note.querySelector('p').dispatchEvent(new DragEvent('drop', { dataTransfer: data, "
-            u"bubbles: true, cancelable: true, clientX: box.right - 2, clientY: box.top + 8 })); }"_s);
+    page.js(
+        u"{ const data = new DataTransfer(); data.setData('text/html', "
+        u"'<i onclick=\"x()\">new</i>'); const box = "
+        u"note.querySelector('p').getBoundingClientRect();"
+        u"note.querySelector('p').dispatchEvent(new DragEvent('drop', { dataTransfer: data, "
+        u"bubbles: true, cancelable: true, clientX: box.right - 2, clientY: box.top + 8 })); }"_s);
     EXPECT_EQ(page.html(), u"<p>ab<i>new</i></p>"_s);
 }

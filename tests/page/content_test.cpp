@@ -26,7 +26,7 @@ protected:
 
 TEST_F(PageContent, UntouchedNoteComesBackByteForByte)
 {
-    const QStringList notes {
+    const QStringList notes{
         QString(),
         u" "_s,
         u"plain text"_s,
@@ -181,6 +181,17 @@ TEST_F(PageContent, PlainTextOfAnEditedNoteIsThatOfItsHtml)
     EXPECT_EQ(page.text(), text);
 }
 
+TEST_F(PageContent, PlainTextLosesEmptyLinesAtItsEndsButNoBackslash)
+{
+    for (const auto& [html, text] : {std::pair(u"<p><br></p><p>a\\</p><p><br></p>"_s, u"a\\"_s),
+             std::pair(u"<p><br>\\n</p><p>b\\n</p>"_s, u"\\n\nb\\n"_s),
+             std::pair(u"<p><br><br>c<br><br></p>"_s, u"c"_s),
+             std::pair(u"<p>&nbsp;</p><p>\u200B</p><p><br></p>"_s, QString())}) {
+        page.load(html);
+        EXPECT_EQ(page.text(), text) << html.toStdString();
+    }
+}
+
 TEST_F(PageContent, DeepNestingIsNoProblem)
 {
     const QString html = u"<div>"_s.repeated(20000) + u"x"_s;
@@ -204,7 +215,7 @@ TEST_F(PageContent, DraftOfAnEditUndoneIsTheStoredText)
 {
     editAndUndo(u"<P>a"_s, u"p"_s);
     ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
-    EXPECT_EQ(page.posts(u"draft"_s), QStringList {u"{\"load\":1,\"html\":\"<P>a\"}"_s});
+    EXPECT_EQ(page.posts(u"draft"_s), QStringList{u"{\"load\":1,\"html\":\"<P>a\"}"_s});
 }
 
 TEST_F(PageContent, DraftNamesTheLoadItBelongsTo)
@@ -215,5 +226,5 @@ TEST_F(PageContent, DraftNamesTheLoadItBelongsTo)
     page.caret(u"p"_s, 1);
     page.type(u"!"_s);
     ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
-    EXPECT_EQ(page.posts(u"draft"_s), QStringList {u"{\"load\":2,\"html\":\"<p>b!</p>\"}"_s});
+    EXPECT_EQ(page.posts(u"draft"_s), QStringList{u"{\"load\":2,\"html\":\"<p>b!</p>\"}"_s});
 }

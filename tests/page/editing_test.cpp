@@ -146,10 +146,11 @@ TEST_F(PageEditing, TablePickerWorksByKeyboard)
 
 TEST_F(PageEditing, RowsAndColumnsAreAddedAndDeletedInOneUndoStepEach)
 {
-    const QString before = u"<p>0</p><table border=\"1\" class=\"t\"><tbody><tr><td>a</td>"
-                           u"<td style=\"color: red;\">b</td></tr><tr><td>c</td><td>d</td></tr></tbody>"
-                           u"</table><p>9</p>"_s;
-    const QList<std::tuple<QString, QString, QString>> changes {
+    const QString before =
+        u"<p>0</p><table border=\"1\" class=\"t\"><tbody><tr><td>a</td>"
+        u"<td style=\"color: red;\">b</td></tr><tr><td>c</td><td>d</td></tr></tbody>"
+        u"</table><p>9</p>"_s;
+    const QList<std::tuple<QString, QString, QString>> changes{
         {u"Insert row above"_s, u"a,b;,;c,d"_s, u"1,1"_s},
         {u"Insert row below"_s, u"a,b;c,d;,"_s, u"2,1"_s},
         {u"Insert column left"_s, u"a,,b;c,,d"_s, u"1,1"_s},

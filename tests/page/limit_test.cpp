@@ -34,8 +34,8 @@ TEST_F(PageLimit, TypingBeyondItIsRefusedWithAMessage)
     page.type(u"e"_s);
     EXPECT_TRUE(refused());
     EXPECT_EQ(page.text(), u"abcd"_s);
-    EXPECT_EQ(page.jsText(u"document.querySelector('.toast').getAttribute('aria-live')"_s),
-        u"polite"_s);
+    EXPECT_EQ(
+        page.jsText(u"document.querySelector('.toast').getAttribute('aria-live')"_s), u"polite"_s);
     EXPECT_TRUE(page.jsText(u"document.querySelector('.toast').textContent"_s).contains(u'4'));
     EXPECT_TRUE(page.calls(u"NmMessageBox"_s).isEmpty());
 }
@@ -95,7 +95,8 @@ TEST_F(PageLimit, CompositionIsTrimmedOnlyWhenItEnds)
     page.compose(u"nihaoma"_s);
     EXPECT_EQ(page.text(), u"abnihaoma"_s);
     page.commit(u"你好吗"_s);
-    EXPECT_TRUE(page.waitFor(u"note.body.textContent === 'ab你好'"_s)) << page.shown().toStdString();
+    EXPECT_TRUE(page.waitFor(u"note.body.textContent === 'ab你好'"_s))
+        << page.shown().toStdString();
     EXPECT_TRUE(refused());
     page.type(u"c"_s);
     EXPECT_EQ(page.text(), u"ab你好"_s);
@@ -136,7 +137,8 @@ TEST_F(PageLimit, PasteBeyondItIsRefusedWhole)
 TEST_F(PageLimit, AttachmentsAreNoText)
 {
     start(u"<p>abcd</p>"_s, 4);
-    EXPECT_EQ(page.call(u"AddPicToEditor"_s,
-                  u"{\"picpath\":\"../a.png\",\"strData\":\"a.png\",\"exdata\":\"{}\"}"_s)[u"result"],
+    EXPECT_EQ(
+        page.call(u"AddPicToEditor"_s,
+            u"{\"picpath\":\"../a.png\",\"strData\":\"a.png\",\"exdata\":\"{}\"}"_s)[u"result"],
         QJsonValue(true));
 }

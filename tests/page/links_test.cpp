@@ -31,7 +31,7 @@ TEST_F(PageLinks, OnlyWebAndMailLeaveAndNothingNavigates)
     for (const NativeCall& call : page.calls(u"OpenHyperLink"_s))
         opened << call.json;
     EXPECT_EQ(opened,
-        (QStringList {u"{\"url\":\"https://example.org/x?a=1&b\"}"_s,
+        (QStringList{u"{\"url\":\"https://example.org/x?a=1&b\"}"_s,
             u"{\"url\":\"mailto:a@example.org\"}"_s, u"{\"url\":\"HTTP://example.org/y\"}"_s}));
     EXPECT_EQ(page.jsText(u"location.href + note.location.href"_s), address);
 }
@@ -86,7 +86,8 @@ TEST_F(PageLinks, DialogChangesAndRemovesALink)
     page.focusNote();
     page.caret(u"a"_s, 1);
     page.clickTool(u"Link"_s);
-    EXPECT_EQ(page.jsText(u"document.querySelector('.link-input').value"_s), u"https://example.org/"_s);
+    EXPECT_EQ(
+        page.jsText(u"document.querySelector('.link-input').value"_s), u"https://example.org/"_s);
     page.js(u"document.querySelector('.link-input').value = 'me@example.org'"_s);
     page.clickPage(u".link-dialog .primary"_s);
     EXPECT_EQ(page.shown(), u"<p>a<a href=\"mailto:me@example.org\">bc</a>d</p>"_s);
@@ -101,11 +102,13 @@ TEST_F(PageLinks, DialogRefusesWhatCouldNotBeOpened)
     page.load(u"<p>abcd</p>"_s);
     page.focusNote();
     page.select(u"p"_s, 1, 3);
-    for (const QString& address : {u"javascript:alert(1)"_s, u"file:///etc/passwd"_s, u"  "_s, u"word"_s}) {
+    for (const QString& address :
+        {u"javascript:alert(1)"_s, u"file:///etc/passwd"_s, u"  "_s, u"word"_s}) {
         page.clickTool(u"Link"_s);
         page.js(u"document.querySelector('.link-input').value = %1"_s.arg(quoted(address)));
         page.clickPage(u".link-dialog .primary"_s);
-        EXPECT_FALSE(page.jsText(u"document.querySelector('.link-problem').textContent"_s).isEmpty());
+        EXPECT_FALSE(
+            page.jsText(u"document.querySelector('.link-problem').textContent"_s).isEmpty());
         page.key(Qt::Key_Escape);
     }
     EXPECT_EQ(page.shown(), u"<p>abcd</p>"_s);
@@ -119,5 +122,6 @@ TEST_F(PageLinks, WithoutASelectionTheAddressItselfIsInserted)
     page.clickTool(u"Link"_s);
     page.js(u"document.querySelector('.link-input').value = 'https://example.org/'"_s);
     page.clickPage(u".link-dialog .primary"_s);
-    EXPECT_EQ(page.shown(), u"<p>a<a href=\"https://example.org/\">https://example.org/</a>b</p>"_s);
+    EXPECT_EQ(
+        page.shown(), u"<p>a<a href=\"https://example.org/\">https://example.org/</a>b</p>"_s);
 }

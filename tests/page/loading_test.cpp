@@ -11,7 +11,8 @@ QString largeNote(int paragraphs)
 {
     QString html;
     for (int i = 0; i < paragraphs; ++i) {
-        html += u"<P class=c%1>段落 %1 mixed with some English words to fill the line</P>\r\n"_s.arg(i);
+        html +=
+            u"<P class=c%1>段落 %1 mixed with some English words to fill the line</P>\r\n"_s.arg(i);
         if (i % 10 == 0)
             html += u"<img class='userdata\\attachment\\%1.png' nm_exdata='{\"a\":%1}'>"_s.arg(i);
     }
@@ -97,11 +98,12 @@ TEST(PageLoading, AttachmentInsertedMeanwhileWaitsForTheWholeNote)
 {
     PageHarness page;
     page.js(u"window.big = %1"_s.arg(quoted(largeNote(20000))));
-    EXPECT_EQ(page.jsText(
-                  u"jsProcessor('SetEditorContent', big); JSON.stringify([jsProcessor('AddPicToEditor',"
-                  u" '{\"picpath\":\"../x.png\",\"strData\":\"x.png\",\"exdata\":\"{}\"}').includes("
-                  u"'true'), note.querySelectorAll('p').length, note.querySelectorAll("
-                  u"'[data-ke-src]').length])"_s),
+    EXPECT_EQ(
+        page.jsText(
+            u"jsProcessor('SetEditorContent', big); JSON.stringify([jsProcessor('AddPicToEditor',"
+            u" '{\"picpath\":\"../x.png\",\"strData\":\"x.png\",\"exdata\":\"{}\"}').includes("
+            u"'true'), note.querySelectorAll('p').length, note.querySelectorAll("
+            u"'[data-ke-src]').length])"_s),
         u"[true,20000,1]"_s);
 }
 

@@ -14,7 +14,7 @@ TEST(PageProtocol, StartsInEditMode)
 TEST(PageProtocol, SaysReadyOnceWhenItCanBeCalled)
 {
     PageHarness page;
-    EXPECT_EQ(page.posts(u"ready"_s), QStringList {QString()});
+    EXPECT_EQ(page.posts(u"ready"_s), QStringList{QString()});
     EXPECT_TRUE(page.jsBool(u"typeof jsProcessor === 'function'"_s));
 }
 
@@ -36,23 +36,23 @@ TEST(PageProtocol, RepliesHaveResultAndErrmsg)
         u"{\"result\":true,\"errmsg\":\"\"}"_s);
     EXPECT_EQ(page.callRaw(u"SetEditorMaxChars"_s, u"{\"size\":10000 }"_s),
         u"{\"result\":true,\"errmsg\":\"\"}"_s);
-    EXPECT_EQ(page.callRaw(u"SetEditorContent"_s, u"<p>a</p>"_s),
-        u"{\"result\":true,\"errmsg\":\"\"}"_s);
+    EXPECT_EQ(
+        page.callRaw(u"SetEditorContent"_s, u"<p>a</p>"_s), u"{\"result\":true,\"errmsg\":\"\"}"_s);
     EXPECT_EQ(page.callRaw(u"GetEditorContent"_s, u"{}"_s),
         u"{\"result\":true,\"errmsg\":\"\",\"ehtml\":\"<p>a</p>\",\"etext\":\"a\"}"_s);
-    EXPECT_EQ(page.callRaw(u"ClearEditorCache"_s, QString()),
-        u"{\"result\":true,\"errmsg\":\"\"}"_s);
+    EXPECT_EQ(
+        page.callRaw(u"ClearEditorCache"_s, QString()), u"{\"result\":true,\"errmsg\":\"\"}"_s);
 }
 
 TEST(PageProtocol, BrokenArgumentsAreRefusedAndChangeNothing)
 {
     PageHarness page;
     page.load(u"<p>a</p>"_s);
-    const QStringList arguments {QString(), u"null"_s, u"[]"_s, u"{"_s, u"\"x\""_s, u"{}"_s,
+    const QStringList arguments{QString(), u"null"_s, u"[]"_s, u"{"_s, u"\"x\""_s, u"{}"_s,
         u"{\"readonly\":\"yes\",\"size\":\"5\",\"keyword\":5,\"nm_exdata\":{},\"picpath\":7}"_s,
         u"\\u0000"_s};
-    for (const QString& method : {u"SetEditorMode"_s, u"SetEditorMaxChars"_s,
-             u"AddPicToEditor"_s, u"SelectedAttach"_s, u"ModifyAttachAtrr"_s}) {
+    for (const QString& method : {u"SetEditorMode"_s, u"SetEditorMaxChars"_s, u"AddPicToEditor"_s,
+             u"SelectedAttach"_s, u"ModifyAttachAtrr"_s}) {
         for (const QString& argument : arguments) {
             EXPECT_EQ(page.call(method, argument)[u"result"], QJsonValue(false))
                 << method.toStdString() << ' ' << argument.toStdString();
@@ -71,12 +71,12 @@ TEST(PageProtocol, ArgumentsOfAnyTypeNeverThrow)
     EXPECT_TRUE(page.jsText(u"nomarPagePrivate('focus')"_s).contains(u"true"_s));
 }
 
-TEST(PageProtocol, NulAndLoneSurrogatesComeBack)
+TEST(PageProtocol, NulAndLoneSurrogatesComeBackAsReplacementCharacters)
 {
     PageHarness page;
     const QString reply = page.jsText(
         u"JSON.stringify([JSON.parse((jsProcessor('SetEditorContent', 'a\\u0000\\ud800b'), "
-        u"jsProcessor('GetEditorContent', '{}'))).ehtml === 'a\\u0000\\ud800b'])"_s);
+        u"jsProcessor('GetEditorContent', '{}'))).ehtml === 'a\\ufffd\\ufffdb'])"_s);
     EXPECT_EQ(reply, u"[true]"_s);
 }
 
@@ -103,8 +103,8 @@ TEST(PageProtocol, ReadOnlyHidesTheToolbarAndTakesNoInput)
     page.type(u"x"_s);
     page.key(Qt::Key_Delete);
     EXPECT_EQ(page.shown(), u"<p>abc</p>"_s);
-    EXPECT_EQ(page.jsText(u"getComputedStyle(document.querySelector('.toolbar')).display"_s),
-        u"none"_s);
+    EXPECT_EQ(
+        page.jsText(u"getComputedStyle(document.querySelector('.toolbar')).display"_s), u"none"_s);
     EXPECT_EQ(page.jsText(u"note.body.contentEditable"_s), u"false"_s);
     page.call(u"SetEditorMode"_s, u"{\"readonly\":false }"_s);
     page.focusNote();
@@ -135,7 +135,8 @@ TEST(PageProtocol, AttachButtonAsksForFiles)
 TEST(PageProtocol, NoteThatCannotBeShownIsToldInABox)
 {
     PageHarness page;
-    page.js(u"Object.defineProperty(document.implementation, 'createHTMLDocument', { value: null })"_s);
+    page.js(
+        u"Object.defineProperty(document.implementation, 'createHTMLDocument', { value: null })"_s);
     EXPECT_EQ(page.call(u"SetEditorContent"_s, u"<p>a</p>"_s)[u"result"], QJsonValue(false));
     const QList<NativeCall> calls = page.calls(u"NmMessageBox"_s);
     ASSERT_EQ(calls.size(), 1);

@@ -11,8 +11,9 @@ protected:
 
     QString tool(const QString& label, const QString& attribute)
     {
-        return page.jsText(u"document.querySelector('.toolbar [aria-label=%1]').getAttribute(%2)"_s.arg(
-            quoted(label), quoted(attribute)));
+        return page.jsText(
+            u"document.querySelector('.toolbar [aria-label=%1]').getAttribute(%2)"_s.arg(
+                quoted(label), quoted(attribute)));
     }
 
     void start(const QString& html)
@@ -35,7 +36,7 @@ protected:
 
 TEST_F(PageToolbar, InlineFormats)
 {
-    const QList<std::pair<QString, QString>> formats {{u"Bold"_s, u"<p>a<b>bc</b>d</p>"_s},
+    const QList<std::pair<QString, QString>> formats{{u"Bold"_s, u"<p>a<b>bc</b>d</p>"_s},
         {u"Italic"_s, u"<p>a<i>bc</i>d</p>"_s}, {u"Underline"_s, u"<p>a<u>bc</u>d</p>"_s},
         {u"Strikethrough"_s, u"<p>a<strike>bc</strike>d</p>"_s},
         {u"Code"_s, u"<p>a<code>bc</code>d</p>"_s}};
@@ -49,7 +50,7 @@ TEST_F(PageToolbar, InlineFormats)
 
 TEST_F(PageToolbar, ShortcutsDoTheSame)
 {
-    const QList<std::tuple<Qt::Key, Qt::KeyboardModifiers, QString>> shortcuts {
+    const QList<std::tuple<Qt::Key, Qt::KeyboardModifiers, QString>> shortcuts{
         {Qt::Key_B, Qt::ControlModifier, u"<p>a<b>bc</b>d</p>"_s},
         {Qt::Key_I, Qt::ControlModifier, u"<p>a<i>bc</i>d</p>"_s},
         {Qt::Key_U, Qt::ControlModifier, u"<p>a<u>bc</u>d</p>"_s},
@@ -75,7 +76,8 @@ TEST_F(PageToolbar, ParagraphStyleAndFontSize)
     page.clickTool(u"Paragraph style"_s);
     page.chooseMenu(u"Heading 2"_s);
     expectOneUndoStep(u"<p>abcd</p>"_s, u"<h2>abcd</h2>"_s);
-    EXPECT_TRUE(page.waitFor(u"document.querySelector('.select-style .select-text').textContent === 'Heading 2'"_s));
+    EXPECT_TRUE(page.waitFor(
+        u"document.querySelector('.select-style .select-text').textContent === 'Heading 2'"_s));
 
     start(u"<p>abcd</p>"_s);
     page.select(u"p"_s, 1, 3);
@@ -122,8 +124,9 @@ TEST_F(PageToolbar, DefaultTextColourTakesTheColourAway)
     page.clickTool(u"Text colour"_s);
     page.clickPage(u".palette-none"_s);
     EXPECT_EQ(page.jsText(u"getComputedStyle(note.querySelector('p')).color"_s),
-        page.jsText(u"(() => { const w = note.createTreeWalker(note.body, 4); w.nextNode(); "
-                    u"w.nextNode(); return getComputedStyle(w.currentNode.parentNode).color; })()"_s))
+        page.jsText(
+            u"(() => { const w = note.createTreeWalker(note.body, 4); w.nextNode(); "
+            u"w.nextNode(); return getComputedStyle(w.currentNode.parentNode).color; })()"_s))
         << page.shown().toStdString();
     EXPECT_FALSE(page.shown().contains(u"inherit"_s)) << page.shown().toStdString();
 }
@@ -136,7 +139,8 @@ TEST_F(PageToolbar, ListsFromParagraphsOfBothKinds)
         page.js(u"note.getSelection().setBaseAndExtent(note.body.children[0].firstChild, 1, "
                 u"note.body.children[1].firstChild, 1)"_s);
         page.clickTool(u"Bulleted list"_s);
-        EXPECT_EQ(page.jsText(u"[...note.querySelectorAll('ul > li')].map(i => i.innerHTML).join()"_s),
+        EXPECT_EQ(
+            page.jsText(u"[...note.querySelectorAll('ul > li')].map(i => i.innerHTML).join()"_s),
             u"one,two"_s);
         // What the engine made must mean the same when it is read again.
         const QString list = page.html();
@@ -222,7 +226,8 @@ TEST_F(PageToolbar, HorizontalLine)
 
 TEST_F(PageToolbar, ClearFormatting)
 {
-    const QString before = u"<p>a<b><i>bc</i></b><code>d</code><span style=\"color: red;\">e</span></p>"_s;
+    const QString before =
+        u"<p>a<b><i>bc</i></b><code>d</code><span style=\"color: red;\">e</span></p>"_s;
     start(before);
     page.selectAll();
     page.clickTool(u"Clear formatting"_s);
@@ -269,8 +274,11 @@ TEST_F(PageToolbar, EveryButtonHasALabelAndOneOfThemTheTabStop)
     EXPECT_TRUE(page.jsBool(
         u"[...document.querySelectorAll('.toolbar button')].every(b => b.getAttribute('aria-label'))"_s));
     EXPECT_EQ(page.js(u"document.querySelectorAll('.toolbar button').length"_s).toInt(), 24);
-    EXPECT_EQ(page.js(u"document.querySelectorAll('.toolbar button[tabindex=\"0\"]').length"_s).toInt(), 1);
-    EXPECT_EQ(page.jsText(u"document.querySelector('.toolbar').getAttribute('role')"_s), u"toolbar"_s);
+    EXPECT_EQ(
+        page.js(u"document.querySelectorAll('.toolbar button[tabindex=\"0\"]').length"_s).toInt(),
+        1);
+    EXPECT_EQ(
+        page.jsText(u"document.querySelector('.toolbar').getAttribute('role')"_s), u"toolbar"_s);
     EXPECT_EQ(tool(u"Bold"_s, u"aria-keyshortcuts"_s), u"Control+B"_s);
 }
 
@@ -303,8 +311,8 @@ TEST_F(PageToolbar, MenusWorkByKeyboard)
     page.key(Qt::Key_Down);
     EXPECT_EQ(page.jsText(u"document.activeElement.getAttribute('role')"_s), u"menuitemradio"_s);
     page.key(Qt::Key_Escape);
-    EXPECT_EQ(page.jsText(u"document.activeElement.getAttribute('aria-label')"_s),
-        u"Paragraph style"_s);
+    EXPECT_EQ(
+        page.jsText(u"document.activeElement.getAttribute('aria-label')"_s), u"Paragraph style"_s);
     EXPECT_FALSE(page.jsBool(u"!!document.querySelector('.popup')"_s));
     page.key(Qt::Key_Return);
     page.key(Qt::Key_Down);
@@ -337,15 +345,17 @@ TEST_F(PageToolbar, ButtonsLeaveTheCaretInTheNote)
 TEST_F(PageToolbar, TooltipNamesTheShortcut)
 {
     page.key(Qt::Key_Tab);
-    page.js(u"document.querySelector('[aria-label=Bold]').dispatchEvent(new Event('pointerenter'))"_s);
-    EXPECT_TRUE(page.waitFor(u"document.querySelector('.tooltip.shown').textContent === 'BoldCtrl+B'"_s));
+    page.js(
+        u"document.querySelector('[aria-label=Bold]').dispatchEvent(new Event('pointerenter'))"_s);
+    EXPECT_TRUE(
+        page.waitFor(u"document.querySelector('.tooltip.shown').textContent === 'BoldCtrl+B'"_s));
 }
 
 TEST(PageLooks, LabelsFollowTheLanguage)
 {
-    for (const auto& [language, bold] : {std::pair(u"zh-CN"_s, u"加粗"_s),
-             std::pair(u"zh-Hant-TW"_s, u"加粗"_s), std::pair(u"en-GB"_s, u"Bold"_s),
-             std::pair(u"de-DE"_s, u"Bold"_s)}) {
+    for (const auto& [language, bold] :
+        {std::pair(u"zh-CN"_s, u"加粗"_s), std::pair(u"zh-Hant-TW"_s, u"加粗"_s),
+            std::pair(u"en-GB"_s, u"Bold"_s), std::pair(u"de-DE"_s, u"Bold"_s)}) {
         PageHarness::Settings settings;
         settings.language = language;
         PageHarness page(settings);
@@ -362,8 +372,10 @@ TEST(PageLooks, DarkAndLightFollowTheHost)
     EXPECT_EQ(page.jsText(colour), u"rgb(28, 29, 32)"_s);
     page.load(u"<p style='color: rgb(0, 0, 0)'>black</p>"_s);
     EXPECT_EQ(page.jsText(colour), u"rgb(28, 29, 32)"_s);
-    EXPECT_EQ(page.jsText(u"getComputedStyle(note.querySelector('p')).color"_s), u"rgb(230, 231, 234)"_s);
-    EXPECT_EQ(page.callPrivate(u"colorScheme"_s, u"{\"dark\":false}"_s)[u"result"], QJsonValue(true));
+    EXPECT_EQ(
+        page.jsText(u"getComputedStyle(note.querySelector('p')).color"_s), u"rgb(230, 231, 234)"_s);
+    EXPECT_EQ(
+        page.callPrivate(u"colorScheme"_s, u"{\"dark\":false}"_s)[u"result"], QJsonValue(true));
     EXPECT_EQ(page.jsText(colour), u"rgb(255, 255, 255)"_s);
     EXPECT_FALSE(page.jsBool(u"document.documentElement.classList.contains('dark')"_s));
     EXPECT_EQ(page.html(), u"<p style='color: rgb(0, 0, 0)'>black</p>"_s);

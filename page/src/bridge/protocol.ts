@@ -80,7 +80,10 @@ function text(value: unknown): string {
  * quotes without escaping it, so a quote or a backslash makes the text something else than meant.
  */
 function keywords(argument: string): string[] {
-    const words = [parseObject(argument)?.["keyword"], /^\{"keyword":"(.*)"\}$/s.exec(argument)?.[1]];
+    const words = [
+        parseObject(argument)?.["keyword"],
+        /^\{"keyword":"(.*)"\}$/s.exec(argument)?.[1],
+    ];
     return words.filter((word): word is string => typeof word === "string" && word !== "");
 }
 

@@ -39,7 +39,8 @@ function selectedParagraphs(editor: Editor): HTMLElement[] | null {
     for (let node: Node | null = first; node; node = node.nextSibling) {
         const element = node as HTMLElement;
         if (node.nodeType === Node.ELEMENT_NODE) {
-            if (!paragraphs.has(element.localName) || element.querySelector(blockSelector)) return null;
+            if (!paragraphs.has(element.localName) || element.querySelector(blockSelector))
+                return null;
             found.push(element);
         } else if (node.textContent!.trim() !== "") {
             return null;

@@ -4,29 +4,28 @@
 import type { Editor } from "../editor";
 import { codePoints, countCharacters } from "../note/plaintext";
 
-const typing = new Set(["insertText", "insertReplacementText", "insertTranspose", "insertFromYank"]);
+const typing = new Set([
+    "insertText",
+    "insertReplacementText",
+    "insertTranspose",
+    "insertFromYank",
+]);
 
 export class Limit {
     private max = Infinity;
     /** No fewer than the note has; counting a large note at each key would cost too much. */
     private atMost = Infinity;
     private counted: { revision: number; characters: number } | null = null;
-    private composed: string | null = null;
 
     constructor(private readonly editor: Editor) {
         editor.frame.onDocument((doc) => {
             doc.addEventListener("beforeinput", (event) => this.beforeInput(event));
-            doc.addEventListener("compositionstart", () => (this.composed = ""));
             doc.addEventListener("compositionend", (event) => this.compositionEnd(event));
         });
     }
 
     set(max: number): void {
         this.max = max;
-    }
-
-    get composing(): boolean {
-        return this.composed !== null;
     }
 
     /** The note was changed in a way that nobody counted. */
@@ -73,7 +72,6 @@ export class Limit {
 
     /** A composition is never cut while it runs: what is too much goes when it ends. */
     private compositionEnd(event: CompositionEvent): void {
-        this.composed = null;
         this.uncounted();
         const excess = this.characters() - this.max;
         if (excess <= 0 || event.data === "") return;
@@ -96,7 +94,9 @@ export class Limit {
 function wholeCharacters(text: string, room: number): string {
     let kept = "";
     let used = 0;
-    for (const { segment } of new Intl.Segmenter(undefined, { granularity: "grapheme" }).segment(text)) {
+    for (const { segment } of new Intl.Segmenter(undefined, { granularity: "grapheme" }).segment(
+        text,
+    )) {
         used += codePoints(segment);
         if (used > room) break;
         kept += segment;

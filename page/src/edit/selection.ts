@@ -96,7 +96,9 @@ export class NoteSelection {
         // What stands around the selection and makes it what it is goes along.
         let around = elementOf(range.commonAncestorContainer);
         while (around && around !== this.frame.body) {
-            const loose = container.querySelector(":scope > li, :scope > tr, :scope > td, :scope > th");
+            const loose = container.querySelector(
+                ":scope > li, :scope > tr, :scope > td, :scope > th",
+            );
             const partOfTable = container.querySelector(":scope > tbody, :scope > thead");
             if (!loose && !partOfTable && !inlineFormats.has(around.localName)) {
                 if (around.localName !== "pre") {

@@ -20,12 +20,7 @@ export function insertTable(editor: Editor, rows: number, columns: number): void
 type Change = (table: HTMLTableElement, row: number, column: number) => [number, number] | null;
 
 export type TableChange =
-    | "rowAbove"
-    | "rowBelow"
-    | "columnLeft"
-    | "columnRight"
-    | "deleteRow"
-    | "deleteColumn";
+    "rowAbove" | "rowBelow" | "columnLeft" | "columnRight" | "deleteRow" | "deleteColumn";
 
 const changes: Record<TableChange, Change> = {
     rowAbove: (table, row, column) => {

@@ -97,9 +97,18 @@ function joinLines(found: Lines[]): string {
     return parts.join("\\n");
 }
 
-/** `text` as it stands inside a JSON text, without the quotes. */
+/** Escapes that JSON has for a lone surrogate or NUL alone, or for a backslash before such letters. */
+const suspect = /\\u(d[89a-f]|0000)/;
+const unsound = /[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]|\0/g;
+
+/**
+ * `text` as it stands inside a JSON text, without the quotes. What no HTML text can hold and the
+ * native side could not read, lone surrogates and NUL, becomes U+FFFD.
+ */
 export function escaped(text: string): string {
-    return JSON.stringify(text).slice(1, -1);
+    const json = JSON.stringify(text);
+    const sound = suspect.test(json) ? JSON.stringify(text.replace(unsound, "\uFFFD")) : json;
+    return sound.slice(1, -1);
 }
 
 function outerHtml(node: Node): string {

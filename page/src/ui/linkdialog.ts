@@ -99,7 +99,12 @@ export class LinkBubble {
         const anchor = link.getBoundingClientRect();
         placeUnder(
             this.box,
-            new DOMRect(frame.left + anchor.left, frame.top + anchor.top, anchor.width, anchor.height),
+            new DOMRect(
+                frame.left + anchor.left,
+                frame.top + anchor.top,
+                anchor.width,
+                anchor.height,
+            ),
         );
     }
 }

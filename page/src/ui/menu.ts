@@ -36,7 +36,13 @@ export function openedByKey(opener: HTMLElement): boolean {
 
 function menuButton(item: MenuItem): HTMLButtonElement {
     const choice = item.checked !== undefined;
-    const mark = choice ? (item.checked ? [icon("check")] : []) : item.icon ? [icon(item.icon)] : [];
+    const mark = choice
+        ? item.checked
+            ? [icon("check")]
+            : []
+        : item.icon
+          ? [icon(item.icon)]
+          : [];
     const text = element("span", { class: "menu-text" }, item.label);
     if (item.look) text.style.cssText = item.look;
     const made = button(

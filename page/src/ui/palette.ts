@@ -35,10 +35,18 @@ export function showPalette(
     });
     const none = button({ class: "palette-none" }, [noColor], pick(null));
     const grid = element("div", { class: "palette-grid" }, ...swatches);
-    const box = element("div", { class: "palette", role: "group", "aria-label": label }, none, grid);
+    const box = element(
+        "div",
+        { class: "palette", role: "group", "aria-label": label },
+        none,
+        grid,
+    );
     box.addEventListener("keydown", (event) => {
         if (document.activeElement === none && event.key === "ArrowDown") swatches[0]!.focus();
-        else if (event.key === "ArrowUp" && swatches.indexOf(document.activeElement as never) < columns)
+        else if (
+            event.key === "ArrowUp" &&
+            swatches.indexOf(document.activeElement as never) < columns
+        )
             none.focus();
         else moveFocus(event, swatches, columns);
     });

@@ -34,7 +34,8 @@ export function showTablePicker(
         rows = Math.max(1, Math.min(most, newRows));
         columns = Math.max(1, Math.min(most, newColumns));
         cells.forEach((cell) => {
-            const inside = Number(cell.dataset["row"]) <= rows && Number(cell.dataset["column"]) <= columns;
+            const inside =
+                Number(cell.dataset["row"]) <= rows && Number(cell.dataset["column"]) <= columns;
             cell.classList.toggle("chosen", inside);
         });
         size.textContent = describe(rows, columns);

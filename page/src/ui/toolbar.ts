@@ -3,18 +3,18 @@
 
 import * as commands from "../commands";
 import { can, Command } from "../commands";
-import { matches, ariaShortcut } from "../edit/shortcut";
+import { matches } from "../edit/shortcut";
 import { changeTable, deleteTable, insertTable, inTable, TableChange } from "../edit/tables";
 import type { Editor } from "../editor";
 import { native } from "../bridge/native";
-import { button, element, moveFocus } from "./dom";
+import { element, moveFocus } from "./dom";
 import { icon, IconName } from "./icons";
 import { LinkBubble, showLinkDialog } from "./linkdialog";
 import { MenuItem, showMenu } from "./menu";
 import { highlightColors, showPalette, textColors } from "./palette";
 import { Popup } from "./popup";
 import { showTablePicker } from "./tablepicker";
-import { addTooltip } from "./tooltip";
+import { group, isActive, setEnabled, toolButton } from "./toolbutton";
 
 /** The engine's seven sizes, as pixels of a text whose normal size is 16. */
 const fontSizes = [10, 13, 16, 18, 24, 32, 48];
@@ -100,11 +100,16 @@ export class Toolbar {
     private listen(): void {
         this.bar.addEventListener("keydown", (event) => {
             if (event.key === "Escape") this.editor.focusNote();
-            else if (event.key === "ArrowDown" && document.activeElement?.hasAttribute("aria-haspopup"))
+            else if (
+                event.key === "ArrowDown" &&
+                document.activeElement?.hasAttribute("aria-haspopup")
+            )
                 (document.activeElement as HTMLElement).click();
             else moveFocus(event, this.buttons());
         });
-        this.bar.addEventListener("focusin", (event) => this.setTabStop(event.target as HTMLElement));
+        this.bar.addEventListener("focusin", (event) =>
+            this.setTabStop(event.target as HTMLElement),
+        );
         this.editor.frame.onDocument((doc) => {
             doc.addEventListener("mousedown", () => Popup.closeAny());
             doc.addEventListener("keydown", (event) => {
@@ -169,7 +174,12 @@ export class Toolbar {
     private paragraphStyle(): HTMLButtonElement {
         const { editor } = this;
         const { strings } = editor;
-        const looks = ["", "font-size:19px;font-weight:700", "font-size:17px;font-weight:650", "font-weight:650"];
+        const looks = [
+            "",
+            "font-size:19px;font-weight:700",
+            "font-size:17px;font-weight:650",
+            "font-weight:650",
+        ];
         const current = element("span", { class: "select-text" });
         const made = this.opening(
             "chevron",
@@ -222,7 +232,9 @@ export class Toolbar {
             () => can(editor, "fontSize"),
             () => {
                 const element = editor.selection.element() ?? editor.frame.body;
-                current.textContent = String(Math.round(parseFloat(getComputedStyle(element).fontSize)));
+                current.textContent = String(
+                    Math.round(parseFloat(getComputedStyle(element).fontSize)),
+                );
             },
         );
         made.classList.add("select", "select-size");
@@ -298,8 +310,11 @@ export class Toolbar {
             undefined,
             (opener) => {
                 if (!inTable(editor)) {
-                    showTablePicker(opener, strings.tableInsert, strings.tableSize, (rows, columns) =>
-                        this.inNote(() => insertTable(editor, rows, columns)),
+                    showTablePicker(
+                        opener,
+                        strings.tableInsert,
+                        strings.tableSize,
+                        (rows, columns) => this.inNote(() => insertTable(editor, rows, columns)),
                     );
                     return;
                 }
@@ -332,8 +347,16 @@ export class Toolbar {
             undefined,
             (opener) =>
                 showMenu(opener, strings.captureOptions, [
-                    { label: strings.captureHere, icon: "capture", run: () => native.screenCapture(false) },
-                    { label: strings.captureHidden, icon: "hide", run: () => native.screenCapture(true) },
+                    {
+                        label: strings.captureHere,
+                        icon: "capture",
+                        run: () => native.screenCapture(false),
+                    },
+                    {
+                        label: strings.captureHidden,
+                        icon: "hide",
+                        run: () => native.screenCapture(true),
+                    },
                 ]),
             () => editor.editable,
         );
@@ -356,29 +379,4 @@ export class Toolbar {
         this.editor.focusNote();
         step();
     }
-}
-
-function group(...controls: HTMLElement[]): HTMLElement {
-    return element("div", { class: "group", role: "presentation" }, ...controls);
-}
-
-function toolButton(
-    name: IconName,
-    label: string,
-    shortcut: string | undefined,
-    click: () => void,
-): HTMLButtonElement {
-    const made = button({ class: "tool", "aria-label": label }, [icon(name)], click);
-    if (shortcut) made.setAttribute("aria-keyshortcuts", ariaShortcut(shortcut));
-    addTooltip(made, label, shortcut);
-    return made;
-}
-
-// aria-disabled, not disabled: a button stays reachable by the arrow keys and keeps its tooltip.
-function setEnabled(made: HTMLButtonElement, enabled: boolean): void {
-    made.setAttribute("aria-disabled", String(!enabled));
-}
-
-function isActive(editor: Editor, command: Command): boolean {
-    return command.active?.(editor) ?? false;
 }
