@@ -30,6 +30,8 @@ paper.append(
 );
 
 editor.toast = (message) => toast.show(message);
+// What was said of one note is not said of the next.
+editor.frame.onDocument(() => toast.hide());
 editor.focusToolbar = () => toolbar.focus();
 editor.stateChanged = () => {
     toolbar.updateSoon();

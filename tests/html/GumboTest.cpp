@@ -89,6 +89,8 @@ TEST(GumboDifference, IsOneOfThese)
         {"<svg></><title></title><style><img></style>", 1, 0, "</> is nothing in svg and math too"},
         {"<p><x><svg></y><style><img></style>", 1, 0, "unknown names differ from each other"},
         {"<svg><select><desc><table><table><img>", 1, 0, "a select of svg is no select"},
+        {"<svg><colgroup><desc><table><table><img>", 1, 0,
+            "nor is a colgroup of svg part of a table"},
         {"<svg><desc><menuitem></desc><style><img></style>", 0, 1,
             "menuitem is an ordinary element"},
         {"<img alt='&#xfffffffffffffffff;'>", 1, 0, "a number without bounds is U+FFFD"},

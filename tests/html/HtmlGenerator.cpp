@@ -74,15 +74,18 @@ QString HtmlGenerator::tag(bool foreign)
 {
     if (oneIn(4))
         return oneIn(4) ? pick({"image", "IMG", "iMaGe"}) : latin1("img");
-    if (foreign && oneIn(2)) {
-        return pick({"svg", "math", "g", "desc", "foreignObject", "title", "mi", "mo", "mtext",
-            "font", "annotation-xml", "mglyph", "malignmark", "style", "script", "template",
-            "textarea", "image", "p", "div", "table", "SVG"});
+    if (foreign) {
+        return pick({"svg", "SVG", "math", "g", "desc", "foreignObject", "title", "mi", "mo",
+            "mtext", "annotation-xml", "mglyph", "malignmark", "style", "script", "template",
+            "textarea", "p", "div", "span", "h1", "li", "ul", "dd", "pre", "br", "hr", "form",
+            "button", "xmp", "iframe", "noscript", "noembed", "noframes", "html", "head", "body",
+            "object", "meta", "link", "section", "ruby", "rt", "embed", "wbr", "input",
+            "blockquote", "label"});
     }
     if (oneIn(4))
         return pick({"b", "i", "a", "font", "nobr", "u", "em", "strong", "code", "big"});
     if (oneIn(2)) {
-        if (!foreign && oneIn(4))
+        if (oneIn(4))
             return pick({"select", "option", "optgroup"});
         return pick({"table", "tr", "td", "th", "tbody", "thead", "tfoot", "caption", "colgroup",
             "col", "input", "template", "table", "td"});
@@ -94,15 +97,16 @@ QString HtmlGenerator::tag(bool foreign)
         "wbr", "fieldset", "param", "frame", "blockquote", "label"});
 }
 
-QString HtmlGenerator::rawText()
+QString HtmlGenerator::rawText(bool foreign)
 {
     const QString name = pick(
         {"style", "script", "title", "textarea", "xmp", "iframe", "noembed", "noframes", "SCRIPT"});
     QString inside;
     for (int n = below(5); n > 0; --n) {
-        inside += pick({"<img src=raw>", "<!--", "-->", "<script>", "</script >", "</scriptx>",
-            "</sty", "<!-->", "--!>", "a", "</", "<", "&amp;", "</title", "</xmp\n", "--", ">",
-            "<!--<script"});
+        inside += pick({"<img src=raw>", "<!--", "-->", "<script>", "<!-->", "--!>", "a", "<",
+            "&amp;", "--", ">", "<!--<script>"});
+        if (!foreign)
+            inside += pick({"", "</script >", "</scriptx>", "</sty", "</", "</title", "</xmp\n"});
     }
     return u'<' + name + u'>' + inside + (oneIn(8) ? QString() : latin1("</") + name + u'>');
 }
@@ -136,7 +140,7 @@ QString HtmlGenerator::mix(int length, bool foreign)
                     "<!x>", "<!doctype html>", "</ img>", "<![CDATA[<img>]]>", "<!---!><img>-->"});
             break;
         case 3:
-            result += rawText();
+            result += rawText(foreign);
             break;
         case 4:
             result += attachment();

@@ -40,6 +40,16 @@ TEST_F(PageLimit, TypingBeyondItIsRefusedWithAMessage)
     EXPECT_TRUE(page.calls(u"NmMessageBox"_s).isEmpty());
 }
 
+TEST_F(PageLimit, TheMessageGoesWhenAnotherNoteIsOpened)
+{
+    start(u"<p>abc</p>"_s, 3);
+    page.caret(u"p"_s, 3);
+    page.type(u"d"_s);
+    EXPECT_TRUE(refused());
+    page.load(u"<p>next</p>"_s);
+    EXPECT_FALSE(refused());
+}
+
 TEST_F(PageLimit, NoneIsSetUntilTold)
 {
     page.load(u"<p>%1</p>"_s.arg(QString(5000, u'a')));

@@ -14,9 +14,14 @@ export class Toast {
     }
 
     show(message: string): void {
-        clearTimeout(this.timer);
+        this.hide();
         this.box.textContent = message;
         this.box.classList.add("shown");
-        this.timer = setTimeout(() => this.box.classList.remove("shown"), shownFor);
+        this.timer = setTimeout(() => this.hide(), shownFor);
+    }
+
+    hide(): void {
+        clearTimeout(this.timer);
+        this.box.classList.remove("shown");
     }
 }
