@@ -13,8 +13,8 @@ public:
     AttachFileMonitor& operator=(const AttachFileMonitor&);
     virtual ~AttachFileMonitor();
 
-    /// Sets the widget and the number of the message that tell of a change. The control does so with
-    /// itself and 2224 when its page is first complete.
+    /// Sets the widget and the number of the message that tell of a change. The control does so
+    /// with itself and 2224 when its page is first complete.
     void SetMsgReceiver(QWidget* wnd, unsigned msg);
     /// Returns 1 and does nothing else: the message is sent by a watcher outside the control.
     int Start();

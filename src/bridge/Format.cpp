@@ -16,8 +16,8 @@ QString formatDate(double days)
     const double whole = std::trunc(days);
     const double fraction = std::abs(days - whole);
     const auto seconds = qint64(std::llround(fraction * 86400));
-    const QDateTime time
-        = QDate(1899, 12, 30).startOfDay(Qt::UTC).addDays(qint64(whole)).addSecs(seconds);
+    const QDateTime time =
+        QDate(1899, 12, 30).startOfDay(Qt::UTC).addDays(qint64(whole)).addSecs(seconds);
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 

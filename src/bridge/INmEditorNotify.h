@@ -18,13 +18,11 @@ public:
     /// `plainText` is the note's text as a person reads it.
     /// A non-zero result means that the host has taken the note over; with zero the same note is
     /// handed over again at the next occasion.
-    virtual int OnSaveNote(const QString& noteGuid, std::vector<NewAttachFile>& files,
-        const QString& plainText)
-        = 0;
+    virtual int OnSaveNote(
+        const QString& noteGuid, std::vector<NewAttachFile>& files, const QString& plainText) = 0;
 
     /// The user double-clicked an attachment. `fileName` is its name in the store, `origName` the
     /// name the file had, which may be empty. The result is ignored.
     virtual int OnOpenAttachment(
-        const QString& noteGuid, const QString& fileName, const QString& origName)
-        = 0;
+        const QString& noteGuid, const QString& fileName, const QString& origName) = 0;
 };

@@ -15,8 +15,8 @@ public:
     /// Calls the page's `jsProcessor(method, argument)` and waits. Results as
     /// `IEWebBrowser::ExecJSFun`; `reply` is the text that came back.
     virtual long call(const QString& method, const QString& argument, QString& reply) = 0;
-    /// Waits for a page that has died. False if it does not come back; true also while there has been
-    /// no page yet.
+    /// Waits for a page that has died. False if it does not come back; true also while there has
+    /// been no page yet.
     virtual bool waitUntilBack() = 0;
     /// Posts a private message to the browser's window; does nothing while there is none.
     virtual void post(int message) = 0;
@@ -27,7 +27,10 @@ public:
 /// The page in a browser. Without a browser every call fails.
 class BrowserNotePage : public NotePage {
 public:
-    explicit BrowserNotePage(IEWebBrowser* browser) : m_browser(browser) { }
+    explicit BrowserNotePage(IEWebBrowser* browser)
+        : m_browser(browser)
+    {
+    }
 
     long call(const QString& method, const QString& argument, QString& reply) override;
     bool waitUntilBack() override;

@@ -11,9 +11,9 @@ class INmEditorNotify;
 /// The note that is open, as native code knows it. A plain record: copying it copies all of it.
 struct OpenNote {
     INmEditorNotify* m_notify = nullptr; ///< The host, not owned.
-    int m_maxChars = 3000;               ///< The limit that the page last accepted.
-    int m_readOnly = 0;                  ///< The mode that the page last accepted.
-    QString m_curNoteGuid;               ///< Empty while no note is open.
+    int m_maxChars = 3000; ///< The limit that the page last accepted.
+    int m_readOnly = 0; ///< The mode that the page last accepted.
+    QString m_curNoteGuid; ///< Empty while no note is open.
 
     /// Stored file name to size in bytes: what the size limit counts.
     std::map<QString, quint64> m_attachSizeCache;

@@ -126,7 +126,8 @@ long PageBridge::pull(QString& reply, QString& draft)
         draft = m_note.m_draft;
         if (!back)
             return PAGE_CALL_NOT_BACK;
-        const long code = m_page.call(QStringLiteral("GetEditorContent"), QStringLiteral("{}"), reply);
+        const long code =
+            m_page.call(QStringLiteral("GetEditorContent"), QStringLiteral("{}"), reply);
         if (code != PAGE_CALL_LOST)
             return code;
     }
@@ -194,12 +195,13 @@ int PageBridge::UpdateHtmlAttachAttr(
     perform(QStringLiteral("ModifyAttachAtrr"), argument,
         {QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：%s"),
             QStringLiteral("[ERROR] 修改附件class属性值失败，解析js返回json字符串失败！"),
-            QStringLiteral("[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")});
+            QStringLiteral(
+                "[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")});
     return 1;
 }
 
-int PageBridge::AddPicToEditor(const QString& picPath, const QString& strData,
-    const QString& exData, const QString& type)
+int PageBridge::AddPicToEditor(
+    const QString& picPath, const QString& strData, const QString& exData, const QString& type)
 {
     Json::Value object;
     object["picpath"] = WideToAnsi(picPath);
@@ -216,8 +218,8 @@ int PageBridge::AddPicToEditor(const QString& picPath, const QString& strData,
 std::vector<std::pair<QString, QStringList>> PageBridge::restoringCalls()
 {
     const auto call = [](const char* method, const QString& argument) {
-        return std::pair(QStringLiteral("jsProcessor"),
-            QStringList{QString::fromLatin1(method), argument});
+        return std::pair(
+            QStringLiteral("jsProcessor"), QStringList{QString::fromLatin1(method), argument});
     };
     m_textsSent = 1;
     return {call("SetEditorMode", modeArgument(m_note.m_readOnly)),

@@ -37,8 +37,8 @@ public:
     int UpdateHtmlAttachAttr(
         const QString& origName, const QString& classValue, const QString& srcValue);
     /// Inserts an attachment element at the caret. 1 if the page did, else 0.
-    int AddPicToEditor(const QString& picPath, const QString& strData, const QString& exData,
-        const QString& type);
+    int AddPicToEditor(
+        const QString& picPath, const QString& strData, const QString& exData, const QString& type);
 
     /// What puts a page that has died back into the state of this note: calls of `jsProcessor`, to
     /// be sent before any other.
@@ -64,6 +64,7 @@ private:
     int m_textsSent = 0;
     bool m_sendingText = false;
 
-    /// The last reply of a pull, and what was read from it: an unchanged page answers the same text.
+    /// The last reply of a pull, and what was read from it: an unchanged page answers the same
+    /// text.
     QString m_lastReply, m_lastHtml, m_lastText;
 };

@@ -18,7 +18,8 @@ void log(const QString& line)
 }
 
 /// One method that reads its JSON text.
-void decode(const QString& method, const std::string& json, const std::function<void(const JsonObject&)>& act)
+void decode(const QString& method, const std::string& json,
+    const std::function<void(const JsonObject&)>& act)
 {
     if (const std::optional<JsonObject> value = JsonObject::parse(json))
         act(*value);
@@ -53,8 +54,7 @@ long DispatchPageCall(const DISPPARAMS& params, PageRequests& requests)
     if (method == u"DbClickAttachment")
         // Kept: the log names the method otherwise than the protocol does.
         decode(QStringLiteral("DblClickAttachment"), json, [&](const JsonObject& value) {
-            requests.dblClickAttachment(
-                value.text("path"), noteattach::GetOrigNameFromJson(extra));
+            requests.dblClickAttachment(value.text("path"), noteattach::GetOrigNameFromJson(extra));
         });
     else if (method == u"AddAttachment")
         requests.addAttachment();

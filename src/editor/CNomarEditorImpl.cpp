@@ -169,8 +169,8 @@ bool CNomarEditorImpl::event(QEvent* event)
     if (int(event->type()) != WM_ATTACH_FILE_MODIFY)
         return IEWebBrowser::event(event);
     // The record is taken off the event here, as the message may have to wait for a page call.
-    std::shared_ptr<SyncFileModifyArg> arg
-        = static_cast<WindowMessage*>(event)->takeRecord<SyncFileModifyArg>();
+    std::shared_ptr<SyncFileModifyArg> arg =
+        static_cast<WindowMessage*>(event)->takeRecord<SyncFileModifyArg>();
     DispatchInOrder([this, arg] { OnAttachFileModify(arg.get()); });
     return true;
 }

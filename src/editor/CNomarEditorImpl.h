@@ -27,8 +27,8 @@ struct SyncFileModifyArg;
 ///   7. `DestroyWindow` or simply delete it.
 ///
 /// It saves by itself when the browser loses the focus and on Ctrl+S and Ctrl+F4. If the engine's
-/// render process dies, the page is loaded again with the note as it was, at most the last second of
-/// typing missing; an empty text is never filed because of such a death.
+/// render process dies, the page is loaded again with the note as it was, at most the last second
+/// of typing missing; an empty text is never filed because of such a death.
 class NOMAR_EXPORT CNomarEditorImpl : public IEWebBrowser {
     Q_OBJECT
 public:
@@ -44,8 +44,8 @@ public:
     /// Opens a new empty note and hands its GUID back.
     void NewEditor(QString& guid, int readOnly);
     /// Opens a stored note: the files named by `htmlFiles`, all in the store, make its text in this
-    /// order; what is missing or cannot be read is left out. `attachSizes` maps stored file names to
-    /// sizes in bytes.
+    /// order; what is missing or cannot be read is left out. `attachSizes` maps stored file names
+    /// to sizes in bytes.
     void LoadEditor(const QString& guid, const std::vector<QString>& htmlFiles,
         const std::map<QString, quint64>& attachSizes, int readOnly);
     /// Files the note if it has changed: writes its HTML file and calls the host's `OnSaveNote`.

@@ -216,8 +216,7 @@ int NmWebNoteHandler::ParseAttList(const QString& noteGuid, const QString& html,
     return noteattach::ParseAttList(noteGuid, html, attList, plainText);
 }
 
-int NmWebNoteHandler::ParseAttOrigFileNameList(
-    const QString& html, std::vector<QString>& origNames)
+int NmWebNoteHandler::ParseAttOrigFileNameList(const QString& html, std::vector<QString>& origNames)
 {
     return noteattach::ParseAttOrigFileNameList(html, origNames);
 }
@@ -294,8 +293,7 @@ long NmWebNoteHandler::OnCppProcessor(const DISPPARAMS& params, VARIANT&, QStrin
     return DispatchPageCall(params, *d);
 }
 
-long NmWebNoteHandler::OnDragEnter(
-    const QMimeData* data, unsigned keyState, QPoint pt, int* effect)
+long NmWebNoteHandler::OnDragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect)
 {
     d->fileDrag = hasLocalFile(*data);
     // A file must not reach the engine, which would open it in the page's place.

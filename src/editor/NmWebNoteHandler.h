@@ -36,7 +36,7 @@ public:
 
     // --- The open note ---
 
-    void SetNotify(INmEditorNotify* notify);     ///< Not owned.
+    void SetNotify(INmEditorNotify* notify); ///< Not owned.
     void SetIEWebBrowser(IEWebBrowser* browser); ///< Not owned. All page calls go through it.
     void SetCurNoteGuid(const QString& guid);
     QString GetCurNoteGuid() const;

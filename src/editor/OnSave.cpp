@@ -35,7 +35,8 @@ void CNomarEditorImpl::OnSave()
     if (html == lastHtml)
         return;
 
-    GetAttachmentDir(); // Makes the store, which a first note is filed into before anything else is.
+    GetAttachmentDir(); // Makes the store, which a first note is filed into before anything else
+                        // is.
     NewAttachFile noteFile;
     const int filed = NoteHtmlRW::SaveHtmlTextToFile(html, noteFile, &version);
     if (sameNote())

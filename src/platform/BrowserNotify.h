@@ -18,8 +18,7 @@ public:
     virtual long OnGetFunId(const QString& name) = 0;
     /// Carries a call out. `result` and `exception` go nowhere: the call was queued.
     virtual long OnExecuteFun(
-        long id, const DISPPARAMS& params, VARIANT& result, QString& exception)
-        = 0;
+        long id, const DISPPARAMS& params, VARIANT& result, QString& exception) = 0;
 };
 
 /// What the browser itself does with a drag. An `effect` is a `Qt::DropAction`.

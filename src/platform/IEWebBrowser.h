@@ -56,8 +56,7 @@ public:
     /// `PAGE_CALL_LOST` when the render process died during the call; `PAGE_CALL_NOT_BACK` when it
     /// had died before and the page did not come back. A lone surrogate in an argument or reply
     /// arrives as U+FFFD.
-    long ExecJSFun(
-        const QString& functionName, const std::vector<VARIANT>& args, VARIANT& result);
+    long ExecJSFun(const QString& functionName, const std::vector<VARIANT>& args, VARIANT& result);
     /// Waits for a page whose render process has died, 10 seconds at the most. False if it is not
     /// back by then; true at once in any other state. `ExecJSFun` waits by itself; this is for a
     /// caller that must look around before its call is sent.
@@ -77,8 +76,8 @@ public:
     static long CallWindowProc(WNDPROC procedure, QWidget* hwnd, QEvent* message);
 
     void SetJSCallFunNotify(IJSCallFunNotify* notify); ///< Not owned; null takes it away.
-    void SetIEDragNotify(IIEDragNotify* notify);       ///< Not owned; null takes it away.
-    void SetIEUINotify(IIEUINotify* notify);           ///< Not owned; null takes it away.
+    void SetIEDragNotify(IIEDragNotify* notify); ///< Not owned; null takes it away.
+    void SetIEUINotify(IIEUINotify* notify); ///< Not owned; null takes it away.
 
     /// Loads the local page at `path`, an absolute disk path. The load begins when the event loop
     /// runs, so that the window is on the screen first.
@@ -87,8 +86,8 @@ public:
 protected:
     /// The page has completed loading. Page calls work from here on.
     virtual void OnDocumentComplete(const QString& url);
-    /// A navigation of the whole view is about to begin; a true `cancel` stops it. Not called for the
-    /// reload after a death of the render process.
+    /// A navigation of the whole view is about to begin; a true `cancel` stops it. Not called for
+    /// the reload after a death of the render process.
     virtual void OnBeforeNavigate2(const QString& url, bool& cancel);
     /// A key press, before the browser. True keeps it from the browser.
     virtual bool PreTranslateMessage(const QKeyEvent* msg);
@@ -101,8 +100,8 @@ protected:
     /// not call the page.
     virtual void OnPrivateMessage(const QString& kind, const QString& text);
 
-    /// Runs `message` now, or after the calls and messages that wait, in order, if a page call is in
-    /// flight.
+    /// Runs `message` now, or after the calls and messages that wait, in order, if a page call is
+    /// in flight.
     void DispatchInOrder(std::function<void()> message);
     /// How long a page call may take, in milliseconds; 10,000 at the start.
     void SetCallDeadline(int milliseconds);

@@ -10,14 +10,15 @@
 
 class QWebEnginePage;
 
-/// Synchronous script calls into a page: `runJavaScript` and a nested event loop without user input.
+/// Synchronous script calls into a page: `runJavaScript` and a nested event loop without user
+/// input.
 class PageCalls : public QObject {
     Q_OBJECT
 public:
     /// How a call ended.
     enum class End {
-        Reply,    ///< The script ran; the value is what it returned.
-        Lost,     ///< `loseAll` was called: the render process died.
+        Reply, ///< The script ran; the value is what it returned.
+        Lost, ///< `loseAll` was called: the render process died.
         Deadline, ///< No reply in time.
     };
 

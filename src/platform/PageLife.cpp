@@ -81,8 +81,9 @@ void IEWebBrowser::Private::startEngine()
         return load();
     page = std::make_unique<BrowserPage>(NewPageProfile(this), nullptr);
     page->mayNavigate = [this](const QUrl& target) { return mayNavigate(target); };
-    page->showMessage
-        = [this](const QString& text) { return uiNotify && uiNotify->ShowMessage(text) == S_OK; };
+    page->showMessage = [this](const QString& text) {
+        return uiNotify && uiNotify->ShowMessage(text) == S_OK;
+    };
     page->setBackgroundColor(q.palette().base().color());
     channel = std::make_unique<PageChannel>(*page);
     channel->inject(settings());

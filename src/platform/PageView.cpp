@@ -20,9 +20,9 @@ QWebEngineProfile* NewPageProfile(QObject* parent)
     using S = QWebEngineSettings;
     for (const auto off : {S::LocalContentCanAccessRemoteUrls, S::JavascriptCanOpenWindows,
              S::JavascriptCanAccessClipboard, S::PluginsEnabled, S::FullScreenSupportEnabled,
-             S::ScreenCaptureEnabled, S::WebGLEnabled, S::AutoLoadIconsForPage,
-             S::ErrorPageEnabled, S::NavigateOnDropEnabled, S::PdfViewerEnabled,
-             S::HyperlinkAuditingEnabled, S::DnsPrefetchEnabled})
+             S::ScreenCaptureEnabled, S::WebGLEnabled, S::AutoLoadIconsForPage, S::ErrorPageEnabled,
+             S::NavigateOnDropEnabled, S::PdfViewerEnabled, S::HyperlinkAuditingEnabled,
+             S::DnsPrefetchEnabled})
         settings->setAttribute(off, false);
     settings->setAttribute(S::LocalContentCanAccessFileUrls, true);
     settings->setAttribute(S::FocusOnNavigationEnabled, false);
@@ -130,8 +130,8 @@ void PageView::dragMoveEvent(QDragMoveEvent* event)
     int effect = event->proposedAction();
     const auto keys = unsigned(event->modifiers());
     const QPoint at = event->position().toPoint();
-    const long result
-        = dragNotify ? dragNotify->OnDragOver(keys, at, &effect) : DragOver(keys, at, &effect);
+    const long result =
+        dragNotify ? dragNotify->OnDragOver(keys, at, &effect) : DragOver(keys, at, &effect);
     settle(event, result, effect);
 }
 

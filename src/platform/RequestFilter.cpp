@@ -35,8 +35,8 @@ QString RequestFilter::allowedFile(const QString& path)
     const QString store = folder(GetAppDir(), QString::fromLatin1(storeName));
     const QString besidePage = folder(GetInstallDir(), QString::fromLatin1(storeName));
     // The page says "../userdata/attachment", which is the store only where both directories agree.
-    const QString file
-        = wanted.startsWith(besidePage) ? store + wanted.mid(besidePage.size()) : wanted;
+    const QString file =
+        wanted.startsWith(besidePage) ? store + wanted.mid(besidePage.size()) : wanted;
     for (const QString& root : {store, folder(GetInstallDir(), QStringLiteral("nmeditor")),
              folder(GetInstallDir(), QStringLiteral("res"))}) {
         if (isBelow(file, root))

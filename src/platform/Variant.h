@@ -45,10 +45,10 @@ struct DECIMAL {
 /// A tagged value on its way to or from a page script. `vt` says which field counts.
 struct NOMAR_EXPORT VARIANT {
     quint16 vt = VT_EMPTY;
-    qint64 llVal = 0;  ///< Every integer type, in two's complement; `VT_BOOL` too, 0 is false.
+    qint64 llVal = 0; ///< Every integer type, in two's complement; `VT_BOOL` too, 0 is false.
     double dblVal = 0; ///< `VT_R4`, `VT_R8`; `VT_DATE` in days since 1899-12-30, local time.
-    DECIMAL decVal;    ///< `VT_DECIMAL`.
-    QString bstrVal;   ///< `VT_BSTR`, `VT_LPSTR`, `VT_LPWSTR`.
+    DECIMAL decVal; ///< `VT_DECIMAL`.
+    QString bstrVal; ///< `VT_BSTR`, `VT_LPSTR`, `VT_LPWSTR`.
 
     static VARIANT Text(const QString& text);
     static VARIANT Integer(quint16 type, qint64 value);

@@ -12,8 +12,8 @@ class QWidget;
 enum : int {
     WM_ATTACH_FILE_MODIFY = 2224, ///< An attachment file changed on disk. Goes to the control.
     WM_CLEAR_EDITOR_CACHE = 2258, ///< The page's note was replaced. Goes to the browser's widget.
-    WM_EDITOR_COPY = 8004,        ///< The browser was given its copy command. Likewise.
-    WM_EDITOR_READY = 8005,       ///< The page is up. Goes to the control's parent, once.
+    WM_EDITOR_COPY = 8004, ///< The browser was given its copy command. Likewise.
+    WM_EDITOR_READY = 8005, ///< The page is up. Goes to the control's parent, once.
 };
 
 /// A private message, carried by the event queue. Post it with `QCoreApplication::postEvent`,
@@ -38,8 +38,7 @@ public:
 
     /// Hands the record over; null if there is none or it was taken. `Record` must be the type that
     /// the sender gave to `carrying`.
-    template <typename Record>
-    std::unique_ptr<Record> takeRecord()
+    template <typename Record> std::unique_ptr<Record> takeRecord()
     {
         return std::unique_ptr<Record>(static_cast<Record*>(m_record.release()));
     }

@@ -85,7 +85,8 @@ TEST_F(PageBridgeTest, ANewTextEmptiesTheBooksAndPostsBeforeTheCall)
     bridge.SetEditorHtml(QStringLiteral("<p class=\"a\\b\">\"</p>"));
     EXPECT_TRUE(note.m_attachSizeCache.empty());
     EXPECT_TRUE(note.m_attachModifyCache.empty());
-    EXPECT_EQ(page.order, QStringList({QStringLiteral("2258"), QStringLiteral("SetEditorContent")}));
+    EXPECT_EQ(
+        page.order, QStringList({QStringLiteral("2258"), QStringLiteral("SetEditorContent")}));
     EXPECT_EQ(page.calls[0].second, QStringLiteral("<p class=\"a\\b\">\"</p>"));
 }
 
@@ -127,7 +128,8 @@ TEST_F(PageBridgeTest, ARefusedPullLeavesTheTextsAndReportsSuccess)
     pull();
     EXPECT_EQ(html, QStringLiteral("kept"));
     EXPECT_EQ(text, QStringLiteral("kept too"));
-    EXPECT_EQ(log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：busy")});
+    EXPECT_EQ(
+        log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：busy")});
 }
 
 TEST_F(PageBridgeTest, AFailedPullLeavesTheTextsAndReportsSuccess)
@@ -160,7 +162,8 @@ TEST_F(PageBridgeTest, KeysOfAnotherTypeAreNeutral)
 {
     page.answer(S_OK, QStringLiteral("{\"result\":{},\"errmsg\":[1]}"));
     pull();
-    EXPECT_EQ(log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：")});
+    EXPECT_EQ(
+        log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：")});
     page.answer(S_OK, QStringLiteral("{\"result\":1,\"ehtml\":{\"a\":1},\"etext\":null}"));
     pull();
     EXPECT_EQ(html, QString());
@@ -172,13 +175,15 @@ TEST_F(PageBridgeTest, MissingKeysCountAsRefusal)
     page.answer(S_OK, QStringLiteral("{}"));
     pull();
     EXPECT_EQ(html, QStringLiteral("kept"));
-    EXPECT_EQ(log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：")});
+    EXPECT_EQ(
+        log.take(), QStringList{QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：")});
 }
 
 TEST_F(PageBridgeTest, AReplyOfFiftyMegabytesIsTaken)
 {
     const QString big(50 * 1000 * 1000, u'x');
-    page.answer(S_OK, QStringLiteral("{\"result\":true,\"ehtml\":\"") + big + QStringLiteral("\"}"));
+    page.answer(
+        S_OK, QStringLiteral("{\"result\":true,\"ehtml\":\"") + big + QStringLiteral("\"}"));
     pull();
     EXPECT_EQ(html.size(), big.size());
 }
@@ -243,8 +248,7 @@ TEST_F(PageBridgeTest, ADraftOfAnEarlierTextIsDropped)
 TEST_F(PageBridgeTest, ADraftThatArrivesWhileATextIsSentIsDropped)
 {
     bridge.SetEditorHtml(QStringLiteral("one"));
-    page.onCall
-        = [&] { bridge.takeDraft(QStringLiteral("{\"load\":1,\"html\":\"late\"}")); };
+    page.onCall = [&] { bridge.takeDraft(QStringLiteral("{\"load\":1,\"html\":\"late\"}")); };
     bridge.SetEditorHtml(QStringLiteral("two"));
     EXPECT_EQ(note.m_draft, QStringLiteral("two"));
 }
@@ -315,8 +319,9 @@ TEST_F(PageBridgeTest, AnAttachmentsNewFilesGoToThePage)
         1);
     EXPECT_EQ(page.calls[0].first, QStringLiteral("ModifyAttachAtrr"));
     EXPECT_EQ(page.calls[0].second,
-        QStringLiteral("{\"nm_exdata\":{\"OrigName_B64\":\"YS50eHQ=\"},\"ClassValue\":\"u\\\\b.txt\","
-                       "\"SrcValue\":\"../c.bmp\"}"));
+        QStringLiteral(
+            "{\"nm_exdata\":{\"OrigName_B64\":\"YS50eHQ=\"},\"ClassValue\":\"u\\\\b.txt\","
+            "\"SrcValue\":\"../c.bmp\"}"));
     page.answer(PAGE_CALL_FAILED);
     EXPECT_EQ(bridge.UpdateHtmlAttachAttr(QString(), QString(), QString()), 1);
 }
@@ -327,8 +332,7 @@ TEST_F(PageBridgeTest, AnAttachmentGoesToThePageAsStyledJson)
     EXPECT_EQ(bridge.AddPicToEditor(QStringLiteral("../userdata\\attachment\\a.png"),
                   QStringLiteral("userdata\\attachment\\a.png"), exData, QStringLiteral("png")),
         1);
-    const QJsonObject object
-        = QJsonDocument::fromJson(page.calls[0].second.toUtf8()).object();
+    const QJsonObject object = QJsonDocument::fromJson(page.calls[0].second.toUtf8()).object();
     EXPECT_EQ(object.keys().join(u' '), QStringLiteral("exdata picpath strData type"));
     EXPECT_EQ(object[QStringLiteral("picpath")].toString(),
         QStringLiteral("../userdata\\attachment\\a.png"));
@@ -344,7 +348,8 @@ struct MethodMessages {
     QString refused, unparsable, failed;
 };
 
-class PageMessages : public PageBridgeTest, public ::testing::WithParamInterface<MethodMessages> { };
+class PageMessages : public PageBridgeTest,
+                     public ::testing::WithParamInterface<MethodMessages> { };
 
 TEST_P(PageMessages, OfARefusalAParseFailureAndACallFailure)
 {
@@ -353,8 +358,8 @@ TEST_P(PageMessages, OfARefusalAParseFailureAndACallFailure)
     page.answer(PAGE_CALL_FAILED);
     for (int i = 0; i < 3; ++i)
         GetParam().call(bridge);
-    EXPECT_EQ(log.take(),
-        QStringList({GetParam().refused, GetParam().unparsable, GetParam().failed}));
+    EXPECT_EQ(
+        log.take(), QStringList({GetParam().refused, GetParam().unparsable, GetParam().failed}));
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachMethod, PageMessages,
@@ -379,8 +384,7 @@ INSTANTIATE_TEST_SUITE_P(OfEachMethod, PageMessages,
             QStringLiteral("[ERROR] 获取笔记编辑器内容失败，错误信息：原因 %s"),
             QStringLiteral("[ERROR] 获取笔记编辑器内容，解析js返回json字符串失败！"),
             QStringLiteral("[ERROR] 获取笔记编辑器内容，js方法调用失败！，ErrMsg:unknow error ！")},
-        MethodMessages{"AddPicToEditor",
-            [](PageBridge& b) { b.AddPicToEditor({}, {}, {}, {}); },
+        MethodMessages{"AddPicToEditor", [](PageBridge& b) { b.AddPicToEditor({}, {}, {}, {}); },
             QStringLiteral("添加附件到笔记编辑器，错误信息：原因 %s"),
             QStringLiteral("添加附件到笔记编辑器，解析js返回json字符串失败！"),
             QStringLiteral("添加附件到笔记编辑器，js方法调用失败！，ErrMsg:unknow error ！")},
@@ -393,5 +397,6 @@ INSTANTIATE_TEST_SUITE_P(OfEachMethod, PageMessages,
             [](PageBridge& b) { b.UpdateHtmlAttachAttr({}, {}, {}); },
             QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：原因 %s"),
             QStringLiteral("[ERROR] 修改附件class属性值失败，解析js返回json字符串失败！"),
-            QStringLiteral("[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")}),
+            QStringLiteral(
+                "[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")}),
     [](const auto& info) { return std::string(info.param.name); });

@@ -67,8 +67,8 @@ TEST_F(PageRequestsTest, EachMethodIsDecoded)
     EXPECT_EQ(page.seen,
         QStringList({QStringLiteral("open userdata\\attachment\\a.pdf 报告.pdf"),
             QStringLiteral("add"), QStringLiteral("link https://example.org"),
-            QStringLiteral("box 你好"), QStringLiteral("log t m"),
-            QStringLiteral("capture hidden"), QStringLiteral("capture")}));
+            QStringLiteral("box 你好"), QStringLiteral("log t m"), QStringLiteral("capture hidden"),
+            QStringLiteral("capture")}));
     EXPECT_TRUE(log.take().isEmpty());
 }
 
@@ -140,14 +140,13 @@ INSTANTIATE_TEST_SUITE_P(AllThatParse, UnparsablePageCall,
     ::testing::Values(Unparsable{"DbClickAttachment", "DblClickAttachment"},
         Unparsable{"OpenHyperLink", "OpenHyperLink"}, Unparsable{"NmMessageBox", "NmMessageBox"},
         Unparsable{"OnRightClickAttach", "OnRightClickAttach"},
-        Unparsable{"WriteEditorLog", "WriteEditorLog"},
-        Unparsable{"SreenCapture", "SreenCapture"}),
+        Unparsable{"WriteEditorLog", "WriteEditorLog"}, Unparsable{"SreenCapture", "SreenCapture"}),
     [](const auto& info) { return std::string(info.param.method); });
 
 TEST(FileNameOfNotePath, IsTheTextBehindTheLastBackslash)
 {
-    EXPECT_EQ(FileNameOfNotePath(QStringLiteral("userdata\\attachment\\a.pdf")),
-        QStringLiteral("a.pdf"));
+    EXPECT_EQ(
+        FileNameOfNotePath(QStringLiteral("userdata\\attachment\\a.pdf")), QStringLiteral("a.pdf"));
     EXPECT_EQ(FileNameOfNotePath(QStringLiteral("a/b.pdf")), QStringLiteral("a/b.pdf"));
     EXPECT_EQ(FileNameOfNotePath(QStringLiteral("a\\")), QString());
 }

@@ -13,7 +13,7 @@ public:
     int start()
     {
         m_editor->SetNmEditorNotify(this);
-        return m_editor->Create(this, rect(), 1, 0x50000000);
+        return m_editor->Create(this, rect(), 1, WS_VISIBLE);
     }
 
     int OnSaveNote(

@@ -68,8 +68,8 @@ TEST(NmWebNoteHandler, OnlyItsOwnFunctionIsExecuted)
     NmWebNoteHandler handler;
     VARIANT result = VARIANT::Text(QStringLiteral("as it was"));
     QString exception = QStringLiteral("as it was");
-    const DISPPARAMS params
-        = arguments({QStringLiteral("WriteEditorLog"), QStringLiteral("{}"), QString()});
+    const DISPPARAMS params =
+        arguments({QStringLiteral("WriteEditorLog"), QStringLiteral("{}"), QString()});
     EXPECT_EQ(handler.OnExecuteFun(2, params, result, exception), -1);
     EXPECT_EQ(handler.OnExecuteFun(1, params, result, exception), 0);
     EXPECT_EQ(result.bstrVal, QStringLiteral("as it was"));
@@ -96,10 +96,9 @@ TEST(NmWebNoteHandler, ADoubleClickReachesTheHostWithTheStoredAndTheOriginalName
     handler.SetCurNoteGuid(QStringLiteral("g"));
     VARIANT result;
     QString exception;
-    handler.OnCppProcessor(
-        arguments({QStringLiteral("DbClickAttachment"),
-            QStringLiteral("{\"path\":\"userdata\\\\attachment\\\\d.pdf\"}"),
-            NmWebNoteHandler::FormatOrigNameToJson(QStringLiteral("报告.pdf"))}),
+    handler.OnCppProcessor(arguments({QStringLiteral("DbClickAttachment"),
+                               QStringLiteral("{\"path\":\"userdata\\\\attachment\\\\d.pdf\"}"),
+                               NmWebNoteHandler::FormatOrigNameToJson(QStringLiteral("报告.pdf"))}),
         result, exception);
     EXPECT_EQ(host.opened, QStringLiteral("g|d.pdf|报告.pdf"));
 }

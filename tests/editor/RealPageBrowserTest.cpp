@@ -81,12 +81,15 @@ protected:
     }
     QPoint centreOf(const QString& selector)
     {
-        const QVariantList at = bench.inNote(QStringLiteral(
-            "(() => { const r = doc.querySelector('%1').getBoundingClientRect();"
-            " const f = document.querySelector('iframe.ke-edit-iframe').getBoundingClientRect();"
-            " return [f.x + r.x + r.width / 2, f.y + r.y + r.height / 2]; })()")
-                                             .arg(selector))
-                                    .toList();
+        const QVariantList at =
+            bench
+                .inNote(QStringLiteral(
+                    "(() => { const r = doc.querySelector('%1').getBoundingClientRect();"
+                    " const f = "
+                    "document.querySelector('iframe.ke-edit-iframe').getBoundingClientRect();"
+                    " return [f.x + r.x + r.width / 2, f.y + r.y + r.height / 2]; })()")
+                            .arg(selector))
+                .toList();
         return at.size() == 2 ? QPoint(at[0].toInt(), at[1].toInt()) : QPoint();
     }
 };
@@ -111,7 +114,8 @@ TEST_F(RealPage, TypedTextIsFiledWhenTheFocusGoes)
     EXPECT_TRUE(host().saves[0].text.contains(QStringLiteral("typed")));
     QString html;
     NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_0;
-    ASSERT_EQ(NoteHtmlRW::ReadHtmlTextFromFile(host().saves[0].files[0].filePath, html, &version), 1);
+    ASSERT_EQ(
+        NoteHtmlRW::ReadHtmlTextFromFile(host().saves[0].files[0].filePath, html, &version), 1);
     EXPECT_TRUE(html.contains(QStringLiteral("typed")));
     EXPECT_EQ(version, NOTE_HTML_VER_2);
 }
@@ -134,8 +138,7 @@ TEST_F(RealPage, TheControlsFocusIsTheCaretInTheNote)
     open(QStringLiteral("<p></p>"));
     bench.window.activateWindow();
     control().setFocus();
-    ASSERT_TRUE(waitFor(
-        [&] { return bench.inNote(QStringLiteral("doc.hasFocus()")).toBool(); }));
+    ASSERT_TRUE(waitFor([&] { return bench.inNote(QStringLiteral("doc.hasFocus()")).toBool(); }));
     type(QStringLiteral("here"));
 }
 
@@ -174,9 +177,8 @@ TEST_F(RealPage, AfterADeathTheNoteIsBackWithItsModeAndItsText)
     };
     // The page tells its text at most a second after it changed.
     QString seen;
-    ASSERT_TRUE(waitFor([&] {
-        return bench.js(QStringLiteral("performance.now() > 1500")).toBool();
-    }));
+    ASSERT_TRUE(
+        waitFor([&] { return bench.js(QStringLiteral("performance.now() > 1500")).toBool(); }));
     EXPECT_TRUE(draftHasText());
     EXPECT_EQ(bench.window.readies, 1);
     control().SaveEditor();
@@ -245,8 +247,8 @@ TEST_F(RealPage, ADoubleClickOnAnAttachmentReachesTheHost)
         [&] { return bench.inNote(QStringLiteral("doc.images[0].naturalWidth")).toInt() == 60; }));
     // Through the window: the widget form of this call keeps its clicks too far apart in time.
     const QPoint at = centreOf(QStringLiteral("img"));
-    QTest::mouseDClick(bench.window.windowHandle(), Qt::LeftButton, {},
-        bench.input()->mapTo(&bench.window, at));
+    QTest::mouseDClick(
+        bench.window.windowHandle(), Qt::LeftButton, {}, bench.input()->mapTo(&bench.window, at));
     EXPECT_TRUE(waitFor([&] { return !host().opened.isEmpty(); }));
     EXPECT_EQ(host().opened, QStringList{QStringLiteral("guid|d.pdf|报告.pdf")});
 }
@@ -281,13 +283,14 @@ TEST_F(RealPage, NoRequestReachesANetwork)
     QObject::connect(&server, &QTcpServer::newConnection, [&] { ++seen; });
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     const QString base = QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort());
-    open(QStringLiteral("<img src=\"%1a.png\"><img srcset=\"%1b.png 2x\"><p style=\"background:url(%1c)\">t</p>"
-                        "<style>@import '%1d'; p { background: url(%1e) }</style>"
-                        "<link rel=stylesheet href=\"%1f\"><iframe src=\"%1g\"></iframe>"
-                        "<video src=\"%1h\" poster=\"%1i\"></video><object data=\"%1j\"></object>"
-                        "<embed src=\"%1k\"><script src=\"%1l\"></script><svg><image href=\"%1m\"/></svg>"
-                        "<table background=\"%1n\"></table><input type=image src=\"%1o\">"
-                        "<a id=out href=\"%1p\" ping=\"%1q\">a</a><meta http-equiv=refresh content=\"0;url=%1r\">")
+    open(QStringLiteral(
+        "<img src=\"%1a.png\"><img srcset=\"%1b.png 2x\"><p style=\"background:url(%1c)\">t</p>"
+        "<style>@import '%1d'; p { background: url(%1e) }</style>"
+        "<link rel=stylesheet href=\"%1f\"><iframe src=\"%1g\"></iframe>"
+        "<video src=\"%1h\" poster=\"%1i\"></video><object data=\"%1j\"></object>"
+        "<embed src=\"%1k\"><script src=\"%1l\"></script><svg><image href=\"%1m\"/></svg>"
+        "<table background=\"%1n\"></table><input type=image src=\"%1o\">"
+        "<a id=out href=\"%1p\" ping=\"%1q\">a</a><meta http-equiv=refresh content=\"0;url=%1r\">")
              .arg(base));
     focusNote();
     QTest::mouseClick(bench.input(), Qt::LeftButton, {}, centreOf(QStringLiteral("a")));

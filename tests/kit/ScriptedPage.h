@@ -22,7 +22,7 @@ public:
     std::function<void()> onWait; ///< Runs while the bridge waits for a page that died.
     std::function<void()> onCall; ///< Runs while a call is in flight.
     std::vector<std::pair<QString, QString>> calls; ///< Method and argument.
-    QStringList order;                              ///< Calls and posts, in order.
+    QStringList order; ///< Calls and posts, in order.
 
     void answer(long code, const QString& reply = {}) { answers.push_back({code, reply}); }
 

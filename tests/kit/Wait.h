@@ -5,8 +5,7 @@
 #include <QTimer>
 
 /// Runs the event loop until `condition` holds; false if it does not within `ms`.
-template <typename Condition>
-bool waitFor(Condition condition, int ms = 20000)
+template <typename Condition> bool waitFor(Condition condition, int ms = 20000)
 {
     QElapsedTimer elapsed;
     elapsed.start();

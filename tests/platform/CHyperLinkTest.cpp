@@ -42,9 +42,8 @@ private:
 TEST(CHyperLink, WebAndMailAddressesLeave)
 {
     Desktop desktop;
-    for (const char* url :
-        {"http://example.org/a", "https://example.org/?q=1", "HTTPS://Example.org",
-            "mailto:a@example.org"})
+    for (const char* url : {"http://example.org/a", "https://example.org/?q=1",
+             "HTTPS://Example.org", "mailto:a@example.org"})
         EXPECT_TRUE(CHyperLink::OpenLink(QString::fromLatin1(url))) << url;
     EXPECT_EQ(desktop.opened.size(), 4);
 }

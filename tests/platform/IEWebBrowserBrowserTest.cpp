@@ -131,12 +131,14 @@ TEST_F(Browser, APageThatIsMissingIsLoggedAndNeverReady)
 
 TEST_F(Browser, CallsFromThePageKeepTheirOrderAndTheirArguments)
 {
-    start("const open = (i) => CppProcessor('DbClickAttachment', JSON.stringify({path: 'a\\\\' + i}), '');"
+    start("const open = (i) => CppProcessor('DbClickAttachment', JSON.stringify({path: 'a\\\\' + "
+          "i}), '');"
           "window.go = () => { for (let i = 0; i < 5; ++i) open(i); }");
     bench->control->Handler().SetCurNoteGuid(QStringLiteral("g"));
     VARIANT result;
     EXPECT_EQ(call("go", result), S_OK);
-    EXPECT_TRUE(bench->host.opened.isEmpty()) << "a call from the page never runs inside a page call";
+    EXPECT_TRUE(bench->host.opened.isEmpty())
+        << "a call from the page never runs inside a page call";
     EXPECT_TRUE(waitFor([&] { return bench->host.opened.size() == 5; }));
     EXPECT_EQ(bench->host.opened.join(u' '), QStringLiteral("g|0| g|1| g|2| g|3| g|4|"));
 }
@@ -292,7 +294,8 @@ TEST_F(Browser, DestroyWindowUnhooksAndEndsThePage)
 
 TEST_F(Browser, TheColourSchemeFollowsTheHostsPalette)
 {
-    start("window.seen = []; window.nomarPagePrivate = (k, t) => { seen.push(k + t); return ok(); }");
+    start(
+        "window.seen = []; window.nomarPagePrivate = (k, t) => { seen.push(k + t); return ok(); }");
     QPalette dark;
     dark.setColor(QPalette::Window, Qt::black);
     bench->window.setPalette(dark);

@@ -51,8 +51,7 @@ TEST_F(RequestFilterTest, ThePageItsPicturesAndTheStoreAreReadable)
 
 TEST_F(RequestFilterTest, ThePagesRelativePathReachesTheStoreElsewhere)
 {
-    EXPECT_EQ(
-        RequestFilter::allowedFile(install + QStringLiteral("/userdata/attachment/a b#.png")),
+    EXPECT_EQ(RequestFilter::allowedFile(install + QStringLiteral("/userdata/attachment/a b#.png")),
         app + QStringLiteral("/userdata/attachment/a b#.png"));
 }
 

@@ -10,7 +10,11 @@ namespace {
 
 /// Counts how many of it live.
 struct Record {
-    explicit Record(int& count) : m_count(count) { ++m_count; }
+    explicit Record(int& count)
+        : m_count(count)
+    {
+        ++m_count;
+    }
     ~Record() { --m_count; }
     int& m_count;
 };
@@ -34,8 +38,8 @@ public:
 
 void post(QWidget* to, int& alive)
 {
-    QCoreApplication::postEvent(to,
-        WindowMessage::carrying(WM_ATTACH_FILE_MODIFY, std::make_unique<Record>(alive)));
+    QCoreApplication::postEvent(
+        to, WindowMessage::carrying(WM_ATTACH_FILE_MODIFY, std::make_unique<Record>(alive)));
 }
 
 } // namespace
