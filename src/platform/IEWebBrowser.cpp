@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QQuickWidget>
 #include <QVBoxLayout>
 
 namespace {
@@ -55,6 +56,9 @@ int IEWebBrowser::Create(QWidget* parent, const QRect& rect, unsigned id, unsign
     setProperty("id", id);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    // Qt replaces a native window when the first widget of this kind, such as the engine's, comes
+    // into it: with one from the start there is nothing to replace.
+    (new QQuickWidget(this))->hide();
     if (style & WS_VISIBLE)
         show();
     return 1;
@@ -133,8 +137,7 @@ void IEWebBrowser::Navigate(const QString& path)
 {
     d->url = QUrl::fromLocalFile(path);
     d->state = Private::State::Loading;
-    // The engine takes a while to start: the window is mapped first.
-    QMetaObject::invokeMethod(d.get(), &Private::startEngine, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(d.get(), &Private::startSoon, Qt::QueuedConnection);
 }
 
 void IEWebBrowser::OnDocumentComplete(const QString&) { }

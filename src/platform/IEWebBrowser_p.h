@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QTimer>
 #include <QUrl>
 
 #include <optional>
@@ -27,6 +28,8 @@ public:
     /// Ends the page for good.
     void close();
 
+    /// Starts the engine when the window is on the screen: that takes a while.
+    void startSoon();
     void startEngine();
     void load();
     void setInputWidget(QWidget* widget);
@@ -73,6 +76,9 @@ Q_SIGNALS:
     /// The page came back, or was given up.
     void settled();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void setState(State next);
 
@@ -80,5 +86,6 @@ private:
     std::optional<CallQueue::Flight> m_lost;
     int m_deaths = 0;
     QElapsedTimer m_sinceDeath;
-    bool m_ownLoad = false; // A load that this class began passes the navigation freeze.
+    bool m_startWaits = false;
+    QTimer m_reload; ///< The next load of a page that is lost.
 };

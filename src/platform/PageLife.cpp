@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineProfile>
+#include <QWindow>
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -19,6 +20,8 @@ namespace {
 
 /// A page whose process dies this often within a minute is given up.
 constexpr int maxDeaths = 5;
+constexpr int reloadMs = 3000;
+constexpr int exposureWaitMs = 300;
 constexpr int deathWindowMs = 60000;
 
 VARIANT toVariant(const QVariant& value)
@@ -49,6 +52,8 @@ VARIANT toVariant(const QVariant& value)
 IEWebBrowser::Private::Private(IEWebBrowser& browser)
     : q(browser)
 {
+    m_reload.setSingleShot(true);
+    connect(&m_reload, &QTimer::timeout, this, &Private::load);
 }
 
 IEWebBrowser::Private::~Private()
@@ -69,14 +74,38 @@ void IEWebBrowser::Private::close()
 void IEWebBrowser::Private::setState(State next)
 {
     state = next;
-    if (next == State::Lost)
+    if (next == State::Lost) {
         m_lost.emplace(queue);
-    else
+    } else {
         m_lost.reset();
+        m_reload.stop();
+    }
+}
+
+void IEWebBrowser::Private::startSoon()
+{
+    m_startWaits = true;
+    QWindow* const window = q.window()->windowHandle();
+    if (view || !window || !q.window()->isVisible() || window->isExposed())
+        return startEngine();
+    window->installEventFilter(this);
+    // A window may be shown where nobody ever exposes it.
+    QTimer::singleShot(exposureWaitMs, this, &Private::startEngine);
+}
+
+bool IEWebBrowser::Private::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Expose) {
+        watched->removeEventFilter(this);
+        QTimer::singleShot(0, this, &Private::startEngine); // The window paints itself first.
+    }
+    return false;
 }
 
 void IEWebBrowser::Private::startEngine()
 {
+    if (!std::exchange(m_startWaits, false))
+        return; // The other one of exposure and time-out was first.
     if (view)
         return load();
     page = std::make_unique<BrowserPage>(NewPageProfile(this), nullptr);
@@ -112,8 +141,10 @@ void IEWebBrowser::Private::load()
 {
     if (!view)
         return;
-    m_ownLoad = true;
     page->load(url);
+    // A load can be lost with the process that had just taken it on.
+    if (state == State::Lost)
+        m_reload.start(reloadMs);
 }
 
 PageChannel::Settings IEWebBrowser::Private::settings() const
@@ -134,8 +165,8 @@ void IEWebBrowser::Private::setInputWidget(QWidget* widget)
 
 bool IEWebBrowser::Private::mayNavigate(const QUrl& target)
 {
-    if (target == url && std::exchange(m_ownLoad, false) && state == State::Lost)
-        return true;
+    if (state == State::Lost && target == url)
+        return true; // Our own load of a page that is gone passes the freeze.
     bool cancel = false;
     q.OnBeforeNavigate2(target.toString(), cancel);
     return !cancel && target == url;
@@ -219,7 +250,7 @@ void IEWebBrowser::Private::onProcessGone()
         m_sinceDeath.start();
     }
     if (++m_deaths <= maxDeaths) {
-        QTimer::singleShot(1, this, &Private::load);
+        m_reload.start(1);
     } else {
         SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
             QStringLiteral("[ERROR] IEWebBrowser page process keeps dying, given up"));
@@ -234,14 +265,14 @@ void IEWebBrowser::Private::onUrlChanged(const QUrl& now)
     if (state != State::Ready || now.matches(url, QUrl::RemoveFragment))
         return;
     losePage();
-    QTimer::singleShot(1, this, &Private::load);
+    m_reload.start(1);
 }
 
 void IEWebBrowser::Private::reload()
 {
     m_sinceDeath.invalidate();
     setState(State::Lost);
-    load();
+    m_reload.start(1);
 }
 
 bool IEWebBrowser::Private::waitForPage()
