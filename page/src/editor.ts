@@ -101,7 +101,8 @@ export class Editor {
 
     /** Forgets undo and redo; the text stays as it is. */
     clearUndo(): void {
-        this.finishLoading();
+        // A note that is still loading takes no input, so there is nothing to forget yet.
+        if (this.loading) return;
         const doc = this.frame.document;
         if (!doc.queryCommandEnabled("undo") && !doc.queryCommandEnabled("redo")) return;
         this.content.currentRevision();

@@ -39,6 +39,17 @@ TEST(PageLoading, FirstScreenIsThereWhenTheCallReturns)
     EXPECT_TRUE(page.jsBool(u"JSON.parse(jsProcessor('GetEditorContent', '{}')).ehtml === big"_s));
 }
 
+TEST(PageLoading, ClearingTheCacheDoesNotHurryIt)
+{
+    PageHarness page;
+    page.js(u"window.big = %1"_s.arg(quoted(largeNote(20000))));
+    EXPECT_TRUE(page.jsBool(u"jsProcessor('SetEditorContent', big);"
+                            u"jsProcessor('ClearEditorCache', ''); "_s
+        + kLoading));
+    ASSERT_TRUE(page.waitFor(u"!"_s + kLoading));
+    EXPECT_FALSE(page.jsBool(u"note.queryCommandEnabled('undo')"_s));
+}
+
 TEST(PageLoading, SlicesMakeTheSameTreeAsOneParse)
 {
     PageHarness page;
