@@ -134,11 +134,10 @@ void Editor::type(QChar character)
     QWidget* input = m_control->GetWebBrowseHwnd();
     input->setFocus();
     evaluate(page(),
-        QStringLiteral(
-            "window.benchInputs = 0;"
-            "%1.ownerDocument.addEventListener('input', () => requestAnimationFrame("
-            "() => requestIdleCallback(() => ++window.benchInputs)), {once: true});"
-            "%1.focus()")
+        QStringLiteral("window.benchInputs = 0;"
+                       "%1.ownerDocument.addEventListener('input', () => requestAnimationFrame("
+                       "() => requestIdleCallback(() => ++window.benchInputs)), {once: true});"
+                       "%1.focus()")
             .arg(kNoteBody));
     QTest::keyClick(input, character.toLatin1());
     // Until the character is painted and the page has nothing else to do: what is measured behind
