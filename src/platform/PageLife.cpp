@@ -134,6 +134,8 @@ void IEWebBrowser::Private::startEngine()
     connect(view, &PageView::inputWidgetChanged, this, &Private::setInputWidget);
     view->setPage(page.get());
     q.layout()->addWidget(view);
+    if (q.hasFocus())
+        view->setFocus(); // The control was given the focus while it was empty.
     load();
 }
 
