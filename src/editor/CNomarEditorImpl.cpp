@@ -27,24 +27,6 @@ bool isLossOfFocus(const QEvent& message)
     return reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason;
 }
 
-bool isInputOrPrivate(const QEvent& message)
-{
-    switch (message.type()) {
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ShortcutOverride:
-    case QEvent::InputMethod:
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::Wheel:
-        return true;
-    default:
-        return IsPrivateMessage(message);
-    }
-}
-
 } // namespace
 
 CNomarEditorImpl::CNomarEditorImpl()
@@ -133,8 +115,9 @@ long CNomarEditorImpl::IEHookWndProc(QWidget* hwnd, QEvent* message)
 {
     CNomarEditorImpl* control = g_editorImpl;
     if (!control) {
-        // Only input and private messages are swallowed: paint and deletion never come here.
-        return isInputOrPrivate(*message) ? 1 : static_cast<QObject*>(hwnd)->event(message);
+        // Input, private messages and loss of the focus come here; all but the last are swallowed.
+        return message->type() == QEvent::FocusOut ? static_cast<QObject*>(hwnd)->event(message)
+                                                   : 1;
     }
     const int type = int(message->type());
     const bool focusLost = isLossOfFocus(*message);
