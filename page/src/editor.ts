@@ -42,6 +42,7 @@ export class Editor {
 
     private loader: Loader | null = null;
 
+    /** Shows nothing until the first `load`. */
     constructor(parent: HTMLElement) {
         this.frame = new EditFrame(parent, this.strings);
         this.selection = new NoteSelection(this.frame);
@@ -55,7 +56,6 @@ export class Editor {
         listenToLinks(this);
         listenToAttachments(this);
         this.frame.onDocument((doc) => this.listen(doc));
-        this.start("");
     }
 
     get loading(): boolean {

@@ -38,9 +38,8 @@ editor.stateChanged = () => {
     placeholder.update();
 };
 editor.theme.set(settings.dark);
-// The parts above joined after the first, empty note was shown.
 editor.load("");
-editor.content.loads = 0;
+editor.content.loads = 0; // That one was the page's own.
 closePopupsOutside();
 // The keyboard came to the page and to nothing in it: keys are meant for the note.
 window.addEventListener("focus", () => {
@@ -49,3 +48,5 @@ window.addEventListener("focus", () => {
 
 openProtocol(editor);
 channel.ready();
+// A note can be opened without a toolbar: the library need not wait for it.
+window.addEventListener("load", () => requestIdleCallback(() => toolbar.fill(), { timeout: 300 }));

@@ -63,7 +63,7 @@ bool PageBridge::evaluate(long code, const QString& reply, const Messages& messa
         log(messages.failed);
         return false;
     }
-    const std::optional<JsonObject> value = JsonObject::parse(WideToAnsi(reply));
+    const std::optional<JsonObject> value = JsonObject::parse(reply);
     if (!value) {
         log(messages.unparsable);
         return false;
@@ -229,7 +229,7 @@ std::vector<std::pair<QString, QStringList>> PageBridge::restoringCalls()
 
 void PageBridge::takeDraft(const QString& json)
 {
-    const std::optional<JsonObject> value = JsonObject::parse(WideToAnsi(json));
+    const std::optional<JsonObject> value = JsonObject::parse(json);
     if (!value || m_sendingText || value->integer("load") != m_textsSent || !value->has("html"))
         return;
     m_note.m_draft = value->text("html");

@@ -44,7 +44,7 @@ int WriteHtmlFile(
 
 void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version)
 {
-    if (const auto object = JsonObject::parse(WideToAnsi(json)))
+    if (const auto object = JsonObject::parse(json))
         *version = static_cast<NOTE_HTML_VER_NUMBER>(object->integer("ver_number"));
 }
 

@@ -97,7 +97,8 @@ bool IEWebBrowser::Private::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::Expose) {
         watched->removeEventFilter(this);
-        QTimer::singleShot(0, this, &Private::startEngine); // The window paints itself first.
+        // Before the window paints itself: meanwhile the engine's processes come up.
+        startEngine();
     }
     return false;
 }

@@ -1,5 +1,6 @@
 #include "support/Json.h"
 
+#include "support/JsonLongStrings.h"
 #include "support/Text.h"
 
 #include <json/reader.h>
@@ -41,6 +42,17 @@ std::optional<JsonObject> JsonObject::parse(const std::string& text)
     });
 }
 
+std::optional<JsonObject> JsonObject::parse(const QString& text)
+{
+    std::optional<JsonLongStrings> strings = JsonLongStrings::take(text);
+    if (!strings)
+        return parse(WideToAnsi(text));
+    std::optional<JsonObject> object = parse(strings->rest);
+    if (object)
+        object->m_longStrings = std::move(strings->values);
+    return object;
+}
+
 bool JsonObject::has(const char* key) const
 {
     return m_value.isMember(key);
@@ -68,12 +80,16 @@ double JsonObject::number(const char* key) const
 
 std::string JsonObject::bytes(const char* key) const
 {
+    const auto found = m_longStrings.find(key);
+    if (found != m_longStrings.end())
+        return WideToAnsi(found->second);
     return orNeutral([&] { return m_value[key].asString(); });
 }
 
 QString JsonObject::text(const char* key) const
 {
-    return AnsiToWide(bytes(key));
+    const auto found = m_longStrings.find(key);
+    return found != m_longStrings.end() ? found->second : AnsiToWide(bytes(key));
 }
 
 JsonObject JsonObject::object(const char* key) const

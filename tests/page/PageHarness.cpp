@@ -78,7 +78,8 @@ PageHarness::PageHarness(const Settings& settings)
     m_view->setZoomFactor(settings.zoom);
     m_view->show();
     m_view->load(QUrl::fromLocalFile(m_root.filePath(QStringLiteral("nmeditor/index.html"))));
-    if (!waitFor(QStringLiteral("recorded.posts.some(post => post[0] === 'ready')")))
+    if (!waitFor(QStringLiteral("recorded.posts.some(post => post[0] === 'ready')"
+                                " && document.querySelector('.toolbar button')")))
         throw std::runtime_error("the page is not ready");
 }
 

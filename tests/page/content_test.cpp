@@ -3,6 +3,8 @@
 #include "Names.h"
 #include "PageHarness.h"
 
+#include "html/HtmlDocument.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -99,6 +101,55 @@ TEST_F(PageContent, EveryPieceIsWrittenAnewWhenItChanged)
     EXPECT_EQ(page.html(), u"<p>a3</p>between<b>bold2</b><p>c</p><!--n--><ul><li>d1</li></ul>"_s);
     EXPECT_EQ(page.text(), u"a3\nbetweenbold2\nc\nd1"_s);
     EXPECT_EQ(page.shown(), page.html());
+}
+
+TEST_F(PageContent, PullAfterAnyChangeIsTheNoteReadAsAWhole)
+{
+    page.load(
+        u"<div>one</div>"_s.repeated(200) + u"tail<br><b>bold</b>\n<!-- c -->&amp;&nbsp;&lt;"_s);
+    page.focusNote();
+    page.caret(u"div"_s, 1);
+    page.type(u"x"_s);
+    // Changes at the top of the note and inside, of blocks, of what stands between them, and of
+    // many nodes at once; by a fixed sequence of pseudo-random numbers.
+    page.js(u"(() => {"
+            "let seed = 7;"
+            "const random = (n) => (seed = (seed * 48271) % 2147483647) % n;"
+            "const made = () => {"
+            "  switch (random(6)) {"
+            "  case 0: return note.createTextNode(' a & <b>\\u00A0 c');"
+            "  case 1: return note.createElement('br');"
+            "  case 2: { const e = note.createElement('b'); e.textContent = 'bold'; return e; }"
+            "  case 3: return note.createComment('x');"
+            "  default: {"
+            "    const e = note.createElement('div');"
+            "    e.append('block', note.createElement('i'));"
+            "    return e; } } };"
+            "const nodes = () => note.body.childNodes;"
+            "const any = () => nodes()[random(nodes().length)];"
+            "window.change = () => {"
+            "  const node = any();"
+            "  switch (random(6)) {"
+            "  case 0: node.before(made()); break;"
+            "  case 1: node.after(made(), made()); break;"
+            "  case 2: node.remove(); break;"
+            "  case 3: any().before(node); break;"
+            "  case 4: if (node.localName === 'br') node.remove();"
+            "          else if (node.append) node.append(made()); else node.data += ' more'; break;"
+            "  case 5: for (let i = random(100); i > 0; i--) note.body.prepend(made()); break;"
+            "  } };"
+            "})(), 0"_s);
+    for (int round = 0; round < 150; ++round) {
+        const QString result = page.jsText(u"(() => { change();"
+                                           "const { ehtml, etext } ="
+                                           "    JSON.parse(jsProcessor('GetEditorContent', '{}'));"
+                                           "return JSON.stringify({ ehtml, etext,"
+                                           "    whole: note.body.innerHTML }); })()"_s);
+        const QJsonObject reply = QJsonDocument::fromJson(result.toUtf8()).object();
+        ASSERT_EQ(reply[u"ehtml"].toString(), reply[u"whole"].toString()) << "round " << round;
+        ASSERT_EQ(reply[u"etext"].toString(), HtmlDocument(reply[u"whole"].toString()).bodyText())
+            << "round " << round;
+    }
 }
 
 TEST_F(PageContent, ReplyAfterAnEditIsWhatJsonMakesOfIt)

@@ -7,7 +7,21 @@ import { escaped, Pieces } from "./pieces";
 import { plainText } from "./plaintext";
 
 /** What the engine, or this page, leaves in a note without anything in it. */
-const bare = new Set(["<br>", "<div><br></div>"]);
+const bare = new Set(["", "<br>", "<div><br></div>"]);
+const longestBare = 20;
+
+function lengthOf(parts: string[]): number {
+    return parts.reduce((length, part) => length + part.length, 0);
+}
+
+/** No part at all where there is nothing in the note. */
+function emptied(parts: string[]): string[] {
+    return lengthOf(parts) <= longestBare && bare.has(parts.join("")) ? [] : parts;
+}
+
+function equal(some: string[], others: string[]): boolean {
+    return lengthOf(some) === lengthOf(others) && some.join("") === others.join("");
+}
 
 export class Content {
     /** Calls of `load` that this page has received. */
@@ -19,7 +33,6 @@ export class Content {
     private faithful = false;
     /** The note's HTML as it was loaded, taken before the first change; escaped for JSON. */
     private baseline: string | null = null;
-    private written: { revision: number; html: string } | null = null;
     private answered: { revision: number; json: string } | null = null;
     private readonly pieces: Pieces;
     private readonly observer: MutationObserver;
@@ -44,7 +57,6 @@ export class Content {
         this.revision = 0;
         this.faithful = false;
         this.baseline = null;
-        this.written = null;
         this.answered = null;
     }
 
@@ -71,7 +83,7 @@ export class Content {
         if (this.baseline !== null || this.currentRevision() > 0) return;
         nameOldAttachments(this.frame.body);
         this.observer.takeRecords();
-        this.baseline = this.pieces.html();
+        this.baseline = this.pieces.html().join("");
     }
 
     /** Whether there is nothing in the note at all, not even a picture. */
@@ -79,36 +91,39 @@ export class Content {
         const { childNodes, firstChild } = this.frame.body;
         if (childNodes.length > 1 || (firstChild?.childNodes.length ?? 0) > 1) return false;
         this.currentRevision();
-        return !firstChild || bare.has(this.pieces.html());
+        return emptied(this.pieces.html()).length === 0;
     }
 
     /** The note's HTML as it stands inside a JSON text, without the quotes. */
     escapedHtml(): string {
-        const revision = this.currentRevision();
-        if (this.written?.revision !== revision) {
-            const html = revision === 0 ? null : this.emptied(this.pieces.html());
-            const untouched = html === null || html === this.emptied(this.baseline);
-            this.written = { revision, html: untouched ? escaped(this.stored) : html };
-        }
-        return this.written.html;
+        this.currentRevision();
+        return this.htmlParts().join("");
     }
 
     /** The reply to a pull. An unchanged note costs no more than handing over a string. */
     reply(): string {
         const revision = this.currentRevision();
         if (this.answered?.revision !== revision) {
-            const ehtml = this.escapedHtml();
-            const etext = this.escapedText();
-            const json = `{"result":true,"errmsg":"","ehtml":"${ehtml}","etext":"${etext}"}`;
+            // Joined once: of a large note each copy takes its time.
+            const json = [
+                '{"result":true,"errmsg":"","ehtml":"',
+                ...this.htmlParts(),
+                '","etext":"',
+                this.escapedText(),
+                '"}',
+            ].join("");
             this.answered = { revision, json };
-            // The reply holds it now.
-            if (revision === 0) this.written = null;
         }
         return this.answered.json;
     }
 
-    private emptied(html: string | null): string | null {
-        return html !== null && bare.has(html) ? "" : html;
+    /** The parts of the note's HTML as they stand inside a JSON text, without the quotes. */
+    private htmlParts(): string[] {
+        if (this.revision > 0) {
+            const parts = emptied(this.pieces.html());
+            if (this.baseline === null || !equal(parts, emptied([this.baseline]))) return parts;
+        }
+        return [escaped(this.stored)];
     }
 
     private escapedText(): string {

@@ -1,13 +1,17 @@
-// The note in pieces, one for each node of the body, each written out once until it changes: a pull
-// after an edit in a large note costs little more than joining them.
+// The note in pieces, each written out once until it changes: a pull after an edit in a large note costs
+// little more than joining them. A piece is a run of neighbouring nodes of the body.
 
 import { isBlank, linesOf, standsAlone } from "./plaintext";
 
+/** Nodes of a piece, more or less: small ones are many to join, large ones much to write anew. */
+const usualSize = 64;
+
 interface Piece {
-    /** The node's HTML as it stands inside a JSON text, without the quotes. */
-    html?: string;
-    /** The node's lines; null when it has none. */
-    lines?: Lines | null;
+    nodes: Node[];
+    /** The nodes' HTML as it stands inside a JSON text, without the quotes. */
+    html?: string | undefined;
+    /** The nodes' lines; null when they have none. */
+    lines?: Lines | null | undefined;
 }
 
 interface Lines {
@@ -31,54 +35,91 @@ export class Pieces {
         for (const record of records) {
             let node: Node | null = record.target;
             while (node && node.parentNode !== body) node = node.parentNode;
-            if (node) this.known.delete(node);
-            record.removedNodes.forEach((removed) => this.known.delete(removed));
+            if (node) this.drop(node);
+            record.removedNodes.forEach((removed) => this.drop(removed));
         }
     }
 
-    /** The body's HTML as it stands inside a JSON text, without the quotes. */
-    html(): string {
-        const parts: string[] = [];
-        for (const node of this.body().childNodes) {
-            const piece = this.piece(node);
-            parts.push((piece.html ??= escaped(outerHtml(node))));
-        }
-        return parts.join("");
+    /** The body's HTML, piece by piece, as it stands inside a JSON text, without the quotes. */
+    html(): string[] {
+        return this.all().map((piece) => {
+            piece.html ??= escaped(piece.nodes.map(outerHtml).join(""));
+            return piece.html;
+        });
     }
 
     /** The plain text as it stands inside a JSON text, without the quotes. */
     text(): string {
         const found: Lines[] = [];
-        const add = (lines: Lines | null) => void (lines && found.push(lines));
-        let between: Node[] = [];
-        const endRun = () => {
-            if (between.length > 0) add(readLines(between));
-            between = [];
-        };
-        for (const node of this.body().childNodes) {
-            if (!standsAlone(node)) {
-                between.push(node);
-                continue;
-            }
-            endRun();
-            const piece = this.piece(node);
-            if (piece.lines === undefined) piece.lines = readLines([node]);
-            add(piece.lines);
+        for (const piece of this.all()) {
+            if (piece.lines === undefined) piece.lines = readLines(piece.nodes);
+            if (piece.lines) found.push(piece.lines);
         }
-        endRun();
         return joinLines(found);
     }
 
-    private piece(node: Node): Piece {
-        let piece = this.known.get(node);
-        if (!piece) this.known.set(node, (piece = {}));
+    private drop(node: Node): void {
+        const piece = this.known.get(node);
+        if (piece) piece.html = piece.lines = undefined;
+    }
+
+    /** The pieces of the body as it stands: those that are still made of the same nodes, and new ones. */
+    private all(): Piece[] {
+        const pieces: Piece[] = [];
+        for (let node: Node | null = this.body().firstChild; node; ) {
+            const old: Piece | undefined = this.known.get(node);
+            const piece: Piece = old && stillStands(old, node) ? old : this.cut(node);
+            pieces.push(piece);
+            node = piece.nodes[piece.nodes.length - 1]!.nextSibling;
+        }
+        return pieces;
+    }
+
+    /** A new piece that begins with `first` and ends where an old one goes on, or else when it is large. */
+    private cut(first: Node): Piece {
+        const piece: Piece = { nodes: [] };
+        for (let node: Node | null = first; node; node = node.nextSibling) {
+            const old = this.known.get(node);
+            // Lines may run on from one node to the next, but never past a block.
+            const mayEnd = node !== first && standsAlone(node);
+            if (mayEnd && (piece.nodes.length >= usualSize || (old && stillStands(old, node))))
+                break;
+            piece.nodes.push(node);
+        }
+        piece.nodes.forEach((node) => this.known.set(node, piece));
         return piece;
     }
 }
 
+/** Whether the nodes from `first` on are those of `piece`, and its lines end with it. */
+function stillStands(piece: Piece, first: Node): boolean {
+    let node: Node | null = first;
+    for (const expected of piece.nodes) {
+        if (node !== expected) return false;
+        node = node.nextSibling;
+    }
+    return !node || standsAlone(node);
+}
+
 function readLines(nodes: Node[]): Lines | null {
-    const text = linesOf(nodes);
-    return text === null ? null : { text, escaped: escaped(text) };
+    const found: string[] = [];
+    const add = (lines: string | null) => void (lines !== null && found.push(lines));
+    let between: Node[] = [];
+    const endRun = () => {
+        if (between.length > 0) add(linesOf(between));
+        between = [];
+    };
+    for (const node of nodes) {
+        if (standsAlone(node)) {
+            endRun();
+            add(linesOf([node]));
+        } else {
+            between.push(node);
+        }
+    }
+    endRun();
+    const text = found.join("\n");
+    return found.length > 0 ? { text, escaped: escaped(text) } : null;
 }
 
 /** Joined, without the line breaks at either end; empty when nobody could read anything in them. */
@@ -111,8 +152,18 @@ export function escaped(text: string): string {
     return sound.slice(1, -1);
 }
 
+const references: Record<string, string> = {
+    "&": "&amp;",
+    "<": "&lt;",
+    ">": "&gt;",
+    "\u00A0": "&nbsp;",
+};
+
+/** As the engine writes it (HTML standard, serialising HTML fragments). */
 function outerHtml(node: Node): string {
     if (node.nodeType === Node.ELEMENT_NODE) return (node as Element).outerHTML;
+    if (node.nodeType === Node.TEXT_NODE)
+        return (node as Text).data.replace(/[&<>\u00A0]/g, (character) => references[character]!);
     const box = document.createElement("div");
     box.append(node.cloneNode());
     return box.innerHTML;

@@ -33,6 +33,7 @@ export class Toolbar {
     private readonly bubble: LinkBubble;
     private scheduled = false;
 
+    /** The bar alone; `fill` brings the buttons. */
     constructor(private readonly editor: Editor) {
         const { strings } = editor;
         this.bar = element("div", {
@@ -41,6 +42,11 @@ export class Toolbar {
             "aria-label": strings.toolbar,
         });
         this.linkButton = this.opening("link", strings.link, "Ctrl+K", () => this.editLink());
+        this.bubble = new LinkBubble(editor, () => this.editLink());
+        this.listen();
+    }
+
+    fill(): void {
         this.bar.append(
             group(this.command(commands.undo), this.command(commands.redo)),
             group(this.paragraphStyle(), this.fontSize()),
@@ -60,8 +66,6 @@ export class Toolbar {
             ),
             group(this.command(commands.attach), ...this.capture()),
         );
-        this.bubble = new LinkBubble(editor, () => this.editLink());
-        this.listen();
         this.setTabStop(this.buttons()[0]!);
         this.update();
     }
