@@ -48,7 +48,7 @@ void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version)
         *version = static_cast<NOTE_HTML_VER_NUMBER>(object->integer("ver_number"));
 }
 
-QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version)
+QString TakeMarker(QString text, NOTE_HTML_VER_NUMBER* version)
 {
     *version = NOTE_HTML_VER_0;
     if (!text.startsWith(kMarkerStart))
@@ -58,7 +58,8 @@ QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version)
     if (end <= kMarkerStart.size())
         return text;
     ParseVerNumber(text.sliced(kMarkerStart.size(), end - kMarkerStart.size()), version);
-    return text.sliced(end + kMarkerEnd.size());
+    text.remove(0, end + kMarkerEnd.size()); // in place: no second text of that size
+    return text;
 }
 
 } // namespace notestore

@@ -20,6 +20,6 @@ int WriteHtmlFile(
 void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version);
 
 /// Takes the marker off a file's text and gives its version, 0 without a marker.
-QString TakeMarker(const QString& text, NOTE_HTML_VER_NUMBER* version);
+QString TakeMarker(QString text, NOTE_HTML_VER_NUMBER* version);
 
 } // namespace notestore

@@ -5,7 +5,8 @@
 
 import { sanitiseStored } from "./sanitise";
 
-const firstPiece = 64 * 1024;
+/** Several screens of text. */
+const firstPiece = 32 * 1024;
 const laterPiece = 32 * 1024;
 const sliceMilliseconds = 12;
 
@@ -117,13 +118,14 @@ export class Loader {
     }
 }
 
-/** Runs `step` once the engine has painted; soon in any case, for a page that is not visible. */
+/** Runs `step` once a frame is on the screen; soon in any case, for a page that is not visible. */
 function afterPaint(step: () => void): void {
     let ran = false;
     const once = () => {
         if (!ran) step();
         ran = true;
     };
-    requestAnimationFrame(() => setTimeout(once));
+    // The second frame begins when the first has been handed on.
+    requestAnimationFrame(() => requestAnimationFrame(() => setTimeout(once)));
     setTimeout(once, 250);
 }
