@@ -1,10 +1,11 @@
 #include "Figure.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
-// The benchmarks that need neither a display nor a browser.
+// The benchmarks that need neither a display nor a browser. Cards are text drawn by the platform.
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     return bench::run(argc, argv);
 }

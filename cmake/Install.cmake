@@ -49,10 +49,8 @@ install(TARGETS NomarEditor EXPORT NomarEditorTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nomareditor)
-# Built beside the executables, where a host finds them that sets no directory. There is no res/ before a part of the
-# library has pictures of its own.
+# Built beside the executables, where a host finds it that sets no directory. res/ installs its pictures itself.
 install(DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/nmeditor DESTINATION ${NOMAR_DATA_DIR})
-install(DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/res DESTINATION ${NOMAR_DATA_DIR} OPTIONAL)
 
 install(EXPORT NomarEditorTargets NAMESPACE NomarEditor:: DESTINATION ${package_dir})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/NomarEditorConfig.cmake.in

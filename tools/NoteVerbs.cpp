@@ -1,3 +1,4 @@
+#include "Input.h"
 #include "Output.h"
 #include "Verbs.h"
 
@@ -6,26 +7,7 @@
 #include "notestore/NoteHtmlRW.h"
 #include "support/Paths.h"
 
-#include <optional>
-
 namespace nmnote {
-namespace {
-
-struct Note {
-    QString html;
-    NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_0;
-};
-
-std::optional<Note> readNote(const QString& path)
-{
-    Note note;
-    if (NoteHtmlRW::ReadHtmlTextFromFile(path, note.html, &note.version))
-        return note;
-    complain(QStringLiteral("cannot read the note file '%1'").arg(path));
-    return std::nullopt;
-}
-
-} // namespace
 
 int parseVerb(const Arguments& arguments)
 {

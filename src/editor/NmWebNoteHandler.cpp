@@ -1,22 +1,10 @@
 #include "editor/NmWebNoteHandler_p.h"
 
 #include "bridge/Format.h"
-#include "noteattach/AttachList.h"
-#include "noteattach/ExData.h"
-#include "noteattach/ModifyTimes.h"
-#include "notestore/NoteAttachRemoval.h"
 #include "platform/CHyperLink.h"
 #include "platform/MessageBox.h"
 #include "platform/WindowMessage.h"
 #include "support/Log.h"
-#include "support/Paths.h"
-#include "support/TimeText.h"
-
-#include <QMimeData>
-#include <QUrl>
-
-#include <algorithm>
-#include <ctime>
 
 namespace {
 
@@ -30,21 +18,19 @@ void logNotBuilt(const char* what)
             .arg(QLatin1StringView(what)));
 }
 
-bool hasLocalFile(const QMimeData& data)
-{
-    const QList<QUrl> urls = data.urls();
-    return std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
-}
-
 } // namespace
 
-NmWebNoteHandler::Rooms::Rooms(
-    NmWebNoteHandler& handler, const OpenNote& record, IEWebBrowser* control)
+NmWebNoteHandler::Rooms::Rooms(NmWebNoteHandler& handler)
     : q(handler)
-    , note(record)
-    , browser(control)
-    , page(control)
-    , bridge(note, page)
+{
+}
+
+NmWebNoteHandler::Rooms::Rooms(NmWebNoteHandler& handler, const Rooms& other)
+    : q(handler)
+    , note(other.note)
+    , drag(other.drag)
+    , browser(other.browser)
+    , funIds(other.funIds)
 {
 }
 
@@ -89,7 +75,7 @@ void NmWebNoteHandler::Rooms::screenCapture(bool hideMainWnd)
 // --- Life ---
 
 NmWebNoteHandler::NmWebNoteHandler()
-    : d(std::make_unique<Rooms>(*this, OpenNote(), nullptr))
+    : d(std::make_unique<Rooms>(*this))
 {
     Init();
 }
@@ -99,16 +85,15 @@ NmWebNoteHandler::NmWebNoteHandler(const NmWebNoteHandler& other)
     , IIEDragNotify(other)
     , IIEUINotify(other)
     , IScreenCaptureNotify(other)
-    , d(std::make_unique<Rooms>(*this, other.d->note, other.d->browser))
+    , d(std::make_unique<Rooms>(*this, *other.d))
 {
-    d->funIds = other.d->funIds;
 }
 
 NmWebNoteHandler& NmWebNoteHandler::operator=(const NmWebNoteHandler& other)
 {
     if (this != &other) {
-        d = std::make_unique<Rooms>(*this, other.d->note, other.d->browser);
-        d->funIds = other.d->funIds;
+        IIEDragNotify::operator=(other);
+        d = std::make_unique<Rooms>(*this, *other.d);
     }
     return *this;
 }
@@ -181,22 +166,6 @@ void NmWebNoteHandler::WinMessageNotify(QWidget*, unsigned message, quintptr, qi
         HandleCopyNotify();
 }
 
-void NmWebNoteHandler::InitAttachFileSize(const std::map<QString, quint64>& sizes)
-{
-    d->note.InitAttachFileSize(sizes);
-}
-
-void NmWebNoteHandler::RecordAttachModifyTime(
-    const QString& fileName, const QString& origName, const QString& modifyTime)
-{
-    d->note.m_attachModifyCache[fileName + origName] = modifyTime;
-}
-
-const std::map<QString, QString>& NmWebNoteHandler::GetAttachModifyCache() const
-{
-    return d->note.m_attachModifyCache;
-}
-
 int NmWebNoteHandler::SelectedAttach(const QString& keyword)
 {
     return d->bridge.SelectedAttach(keyword);
@@ -206,72 +175,6 @@ int NmWebNoteHandler::UpdateHtmlAttachAttr(
     const QString& origName, const QString& classValue, const QString& srcValue)
 {
     return d->bridge.UpdateHtmlAttachAttr(origName, classValue, srcValue);
-}
-
-// --- Notes and files ---
-
-int NmWebNoteHandler::ParseAttList(const QString& noteGuid, const QString& html,
-    std::vector<NewAttachFile>& attList, QString* plainText)
-{
-    return noteattach::ParseAttList(noteGuid, html, attList, plainText);
-}
-
-int NmWebNoteHandler::ParseAttOrigFileNameList(const QString& html, std::vector<QString>& origNames)
-{
-    return noteattach::ParseAttOrigFileNameList(html, origNames);
-}
-
-void NmWebNoteHandler::GetAttachFileFromHtml(const QString& noteGuid, const QString& html,
-    std::vector<QString>& filePaths, QString* plainText)
-{
-    noteattach::GetAttachFileFromHtml(noteGuid, html, filePaths, plainText);
-}
-
-int NmWebNoteHandler::DelAttachFromHtmlFile(
-    const QString& noteGuid, const QString& origName, std::vector<NewAttachFile>& attList)
-{
-    return notestore::DelAttachFromHtmlFile(noteGuid, origName, attList);
-}
-
-void NmWebNoteHandler::UpdateAttModifyTimeField(const QString& noteGuid,
-    std::vector<NewAttachFile>& attList, const std::map<QString, QString>& modifyCache)
-{
-    noteattach::UpdateAttModifyTimeField(noteGuid, attList, modifyCache);
-}
-
-QString NmWebNoteHandler::GetOrigNameFromJson(const std::string& json)
-{
-    return noteattach::GetOrigNameFromJson(json);
-}
-
-QString NmWebNoteHandler::FormatOrigNameToJson(const QString& origName)
-{
-    return noteattach::FormatOrigNameToJson(origName);
-}
-
-int NmWebNoteHandler::IsPicFileType(const QString& name)
-{
-    return noteattach::IsPicFileType(name);
-}
-
-QString NmWebNoteHandler::FormatCurTime()
-{
-    return FormatTime64(std::time(nullptr), QStringLiteral("%Y/%m/%d %H:%M"));
-}
-
-QString NmWebNoteHandler::Format(VARIANT variant)
-{
-    return ::Format(variant);
-}
-
-bool NmWebNoteHandler::path_is_folder(const QString& path)
-{
-    return ::path_is_folder(path);
-}
-
-QString NmWebNoteHandler::extract_foldername(const QString& path)
-{
-    return ::extract_foldername(path);
 }
 
 // --- What the browser calls ---
@@ -293,28 +196,6 @@ long NmWebNoteHandler::OnCppProcessor(const DISPPARAMS& params, VARIANT&, QStrin
     return DispatchPageCall(params, *d);
 }
 
-long NmWebNoteHandler::OnDragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect)
-{
-    d->fileDrag = hasLocalFile(*data);
-    // A file must not reach the engine, which would open it in the page's place.
-    return d->fileDrag ? S_FALSE : m_defaultDropTarget->DragEnter(data, keyState, pt, effect);
-}
-
-long NmWebNoteHandler::OnDragOver(unsigned keyState, QPoint pt, int* effect)
-{
-    return d->fileDrag ? S_FALSE : m_defaultDropTarget->DragOver(keyState, pt, effect);
-}
-
-long NmWebNoteHandler::OnDragLeave()
-{
-    return d->fileDrag ? S_FALSE : m_defaultDropTarget->DragLeave();
-}
-
-long NmWebNoteHandler::OnDrop(const QMimeData* data, unsigned keyState, QPoint pt, int* effect)
-{
-    return d->fileDrag ? S_FALSE : m_defaultDropTarget->Drop(data, keyState, pt, effect);
-}
-
 long NmWebNoteHandler::ShowContextMenu()
 {
     return S_OK;
@@ -330,11 +211,6 @@ long NmWebNoteHandler::OnTranslateAccelerator(const QKeyEvent*)
     return E_NOTIMPL;
 }
 
-void NmWebNoteHandler::OnScreenCaptureComplet(const QImage&)
-{
-    logNotBuilt("OnScreenCaptureComplet");
-}
-
 void NmWebNoteHandler::OnDblClickAttachment(const QString& path, const QString& origName)
 {
     if (d->note.m_notify)
@@ -347,17 +223,17 @@ void NmWebNoteHandler::HandleCopyNotify()
     logNotBuilt("HandleCopyNotify");
 }
 
+QString NmWebNoteHandler::Format(VARIANT variant)
+{
+    return ::Format(variant);
+}
+
 // Kept: these five take their calls and do nothing.
 void NmWebNoteHandler::OnRightClickAttach(const QString&, const QString&, const QString&) { }
 void NmWebNoteHandler::OnWriteEditorLog(const QString&, const QString&) { }
 void NmWebNoteHandler::MyAttachMenu() { }
 void NmWebNoteHandler::ShareAttachMenu() { }
 void NmWebNoteHandler::DoAttachSaveAs() { }
-
-void NmWebNoteHandler::OnAddAttachment()
-{
-    logNotBuilt("OnAddAttachment");
-}
 
 void NmWebNoteHandler::OnScreenCapture(int)
 {

@@ -1,7 +1,12 @@
 #pragma once
 
+#include "attachstore/DropFileInfo.h"
+#include "attachstore/FileType.h"
+#include "attachstore/MafResult.h"
 #include "bridge/INmEditorNotify.h"
 #include "capture/IScreenCaptureNotify.h"
+#include "clipdrag/DrageOpType.h"
+#include "noteattach/AttachNewAtt.h"
 #include "noteattach/NewAttachFile.h"
 #include "platform/BrowserNotify.h"
 #include "support/Export.h"
@@ -26,6 +31,9 @@ class NOMAR_EXPORT NmWebNoteHandler : public IJSCallFunNotify,
                                       public IIEUINotify,
                                       public IScreenCaptureNotify {
 public:
+    /// One rewrite of attachment elements in a text.
+    using AttachNewAtt = ::AttachNewAtt;
+
     NmWebNoteHandler();
     NmWebNoteHandler(const NmWebNoteHandler& other);
     NmWebNoteHandler& operator=(const NmWebNoteHandler& other);
@@ -64,14 +72,37 @@ public:
         const QString& fileName, const QString& origName, const QString& modifyTime);
     const std::map<QString, QString>& GetAttachModifyCache() const;
 
+    /// What the note's attachments weigh together in bytes, a shown file counting beside the one
+    /// that it stands for, each with one byte less. 1, or 0 if the size of one is not known:
+    /// `total` is not to be used then, and nothing can be added to the note.
+    int GetExistAttTotalSize(quint64& total);
+
     // --- Editing of the open note ---
 
+    /// Makes the files attachments at the caret, unless the note is read-only. What may not enter
+    /// (folders, empty files, what would bring the note over 10 MiB) is told to the user. Runs
+    /// message boxes, and a dialog with a cancel button when it takes long.
+    void AddDropFileToEditor(const std::vector<DropFileInfo>& files);
+    /// Numbers those of the new names whose base is in the note already: "a.txt" to "a(1).txt".
+    void DoAttSameName(std::vector<DropFileInfo>& files);
     /// Selects the attachment whose name holds `keyword` and shows it; 1 if there is one.
     int SelectedAttach(const QString& keyword);
     /// Names another stored file (`class`) and shown file (`src`) for the attachments of that
     /// original name. Both values must be valid inside a JSON text. Always returns 1.
     int UpdateHtmlAttachAttr(
         const QString& origName, const QString& classValue, const QString& srcValue);
+
+    // --- Files on their way in ---
+
+    /// Imports a file into the store for the open note; the page is not told. 1, or 0 after a
+    /// failure, which is logged.
+    int MoveAttFile(const DropFileInfo& info, MAF_RESULT& result);
+    /// Writes an image to a temporary JPEG file and appends its record; 1, or 0 if it could not.
+    int SaveImage(const QImage* image, std::vector<DropFileInfo>& list);
+    /// The extension of a name in lower case, "unknow" without one.
+    QString GetFileStuffx(const QString& name);
+    /// Deletes the source of every record that is a temporary file of the component's own.
+    void DelTempFileFromList(const std::vector<DropFileInfo>& list);
 
     // --- Notes and files, no control needed ---
 
@@ -84,6 +115,18 @@ public:
     /// Returns 0 and changes nothing.
     static int DelAttachFromHtmlFile(
         const QString& noteGuid, const QString& origName, std::vector<NewAttachFile>& attList);
+    /// Names another stored file (`class`) and shown file (`src`) for the attachments of that
+    /// original name in a note's HTML; whole paths, single backslashes. 1 with the new body and its
+    /// plain text, or 0.
+    static int UpdateHtmlAttachAttr(const QString& html, const QString& origName,
+        const QString& classValue, const QString& srcValue, QString& bodyHtml, QString& bodyText);
+    /// Gives elements another original name and another shown file: `oldExData` to `newExData`.
+    /// 1 with the new body, or 0.
+    static int UpdateAttachAttValue(
+        const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
+    /// Copies the text as it is; 1.
+    static int UpdateAttachAttValue2(
+        const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
     static void UpdateAttModifyTimeField(const QString& noteGuid,
         std::vector<NewAttachFile>& attList, const std::map<QString, QString>& modifyCache);
     static QString GetOrigNameFromJson(const std::string& json);
@@ -91,6 +134,13 @@ public:
     static int IsPicFileType(const QString& name);
     /// The present time as "%Y/%m/%d %H:%M".
     static QString FormatCurTime();
+    /// The second line of a card: the time (the present one if it is empty) and the size, which is
+    /// narrowed to 32 bits with sign.
+    static QString FormatFileInfo(long size, const QString& time);
+    /// Draws the card of a file and writes it to `outPath`, a BMP file. `fileSize`, if not null,
+    /// receives its length. 1, or 0 after a failure.
+    static int GenerateFileThumb(FILE_TYPE type, const QString& fileName, const QString& fileInfo,
+        const QString& outPath, int* fileSize);
     /// A script value as text: `bridge/Format.h`.
     static QString Format(VARIANT variant);
     static bool path_is_folder(const QString& path);
@@ -109,6 +159,7 @@ public:
     long ShowContextMenu() override;
     long ShowMessage(const QString& text) override;
     long OnTranslateAccelerator(const QKeyEvent* msg) override;
+    /// Adds the picture as an attachment; a null one adds nothing.
     void OnScreenCaptureComplet(const QImage& bitmap) override;
     /// Opens an attachment of the open note through the host.
     void OnDblClickAttachment(const QString& path, const QString& origName);
@@ -122,8 +173,15 @@ public:
     void DoAttachSaveAs();
 
 protected:
+    /// Lets the user choose files and adds them one by one.
     void OnAddAttachment();
     void OnScreenCapture(int hideMainWnd);
+    /// Sorts a drag that enters and keeps the list of its files. Only `data` is looked at.
+    DRAGE_OP_TYPE PreDrag(const QMimeData* data, unsigned keyState, QPoint pt, int* effect);
+    /// Appends a record for each file and folder that a drag or the clipboard offers as a list.
+    void GetFileList(const QMimeData* drop, std::vector<DropFileInfo>& files);
+    /// The same of the clipboard, or else its image as a temporary file.
+    void GetFileListFromClipboard(std::vector<DropFileInfo>& files);
 
 private:
     friend class CNomarEditorImpl;

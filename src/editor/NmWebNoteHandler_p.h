@@ -1,24 +1,43 @@
 #pragma once
 
+#include "attachfiles/Adder.h"
+#include "attachfiles/FileChooser.h"
 #include "bridge/NotePage.h"
 #include "bridge/OpenNote.h"
 #include "bridge/PageBridge.h"
 #include "bridge/PageRequests.h"
+#include "clipdrag/FileDrag.h"
 #include "editor/NmWebNoteHandler.h"
+#include "platform/Boxes.h"
+#include "platform/FileDialog.h"
+#include "platform/HoverFrame.h"
+#include "platform/ImportProgress.h"
 
 /// The record of the open note and the rooms that work on it.
 struct NmWebNoteHandler::Rooms : PageRequests {
-    Rooms(NmWebNoteHandler& handler, const OpenNote& record, IEWebBrowser* control);
+    explicit Rooms(NmWebNoteHandler& handler);
+    /// Rooms of another handler over a copy of the records.
+    Rooms(NmWebNoteHandler& handler, const Rooms& other);
 
     NmWebNoteHandler& q;
+
+    // The records.
     OpenNote note;
-    IEWebBrowser* browser;
-    BrowserNotePage page;
-    PageBridge bridge;
+    DragState drag;
+    IEWebBrowser* browser = nullptr;
     /// The names that the page's script may call, with their ids.
     std::map<QString, int> funIds;
-    /// The drag in progress carries files.
-    bool fileDrag = false;
+
+    // The rooms.
+    BrowserNotePage page{browser};
+    PageBridge bridge{note, page};
+    DesktopBoxes boxes;
+    DesktopImportProgress progress;
+    DesktopFileDialog fileDialog;
+    HoverFrame m_dropHelper;
+    Adder adder{note, bridge, boxes, progress};
+    FileChooser chooser{page, adder, boxes, fileDialog, progress};
+    FileDrag fileDrag{drag, note, page, &m_dropHelper};
 
     void dblClickAttachment(const QString& path, const QString& origName) override;
     void addAttachment() override;

@@ -114,9 +114,30 @@ private:
     QString m_out;
 };
 
-// The first character that may read as something else, from `begin` on.
+constexpr std::ptrdiff_t kBlock = 8;
+
+// Whether a block holds a character that may read as something else. One question at a time, so
+// that the compiler asks it of many characters at once.
+bool isBlockMarked(const char16_t* units)
+{
+    char16_t ampersands = 0;
+    char16_t returns = 0;
+    char16_t nuls = 0;
+    char16_t surrogates = 0;
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) {
+        ampersands |= units[i] == u'&';
+        returns |= units[i] == u'\r';
+        nuls |= units[i] == u'\0';
+        surrogates |= (units[i] & 0xF800) == 0xD800;
+    }
+    return (ampersands | returns | nuls | surrogates) != 0;
+}
+
+// The first such character from `begin` on.
 const char16_t* findMarked(const char16_t* begin, const char16_t* end)
 {
+    while (end - begin >= kBlock && !isBlockMarked(begin))
+        begin += kBlock;
     return std::find_if(begin, end,
         [](char16_t c) { return c == u'&' || c == u'\r' || c == u'\0' || (c & 0xF800) == 0xD800; });
 }
@@ -225,6 +246,12 @@ void Decoder::take(const NamedReference& entry, qsizetype length)
 }
 
 } // namespace
+
+bool readsAsItStands(QStringView raw)
+{
+    const char16_t* const end = raw.utf16() + raw.size();
+    return findMarked(raw.utf16(), end) == end;
+}
 
 QString decodeText(QStringView raw, TextPlace place)
 {

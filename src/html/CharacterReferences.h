@@ -20,6 +20,9 @@ enum class TextPlace {
 // become U+FFFD.
 QString decodeText(QStringView raw, TextPlace place);
 
+// decodeText gives the text itself, in whatever place.
+bool readsAsItStands(QStringView raw);
+
 // The value between double quotes, so written that decodeText(…, Attribute) gives it back. What no
 // HTML text can hold, NUL and lone surrogates, becomes U+FFFD.
 QString encodeAttributeValue(QStringView value);

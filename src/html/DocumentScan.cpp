@@ -289,11 +289,13 @@ void DocumentScan::weighText(const Token& token)
 void DocumentScan::writeText(const Token& token)
 {
     const QStringView raw = m_html.sliced(token.begin, token.end - token.begin);
-    QString decoded = decodeText(raw, token.place);
+    const bool asItStands = readsAsItStands(raw);
+    const QString decoded = asItStands ? QString() : decodeText(raw, token.place);
+    QStringView text = asItStands ? raw : decoded;
     const bool behindPre = token.begin == m_preEnd && !raw.startsWith(QChar(u'\0'));
-    if (behindPre && decoded.startsWith(u'\n'))
-        decoded.remove(0, 1);
-    m_writer->text(decoded, m_rules->current());
+    if (behindPre && text.startsWith(u'\n'))
+        text = text.sliced(1);
+    m_writer->text(text, m_rules->current());
 }
 
 // ---- small questions
@@ -362,10 +364,10 @@ ScanResult scanDocument(QStringView html, QLatin1StringView tag)
     return scan(html, tag, nullptr);
 }
 
-ScanResult scanPlainText(QStringView html)
+ScanResult scanPlainText(QStringView html, QLatin1StringView tag)
 {
     PlainTextWriter writer;
-    return scan(html, QLatin1StringView("img"), &writer);
+    return scan(html, tag, &writer);
 }
 
 } // namespace html

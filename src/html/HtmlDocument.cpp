@@ -34,9 +34,10 @@ QStringView nameOf(QStringView tag, const AttributeSpan& span)
 
 } // namespace
 
-HtmlDocument::HtmlDocument(const QString& html, QLatin1StringView tag)
+HtmlDocument::HtmlDocument(const QString& html, QLatin1StringView tag, Reading reading)
     : m_html(html)
-    , m_scan(scanDocument(m_html, tag))
+    , m_scan(reading == Reading::Elements ? scanDocument(m_html, tag) : scanPlainText(m_html, tag))
+    , m_textIsRead(reading == Reading::ElementsAndText)
 {
 }
 
@@ -168,5 +169,8 @@ QString HtmlDocument::bodyInnerHtml() const
 
 QString HtmlDocument::bodyText() const
 {
-    return scanPlainText(m_anyRemoved ? bodyInnerHtml() : m_html).plainText;
+    if (m_textIsRead && !m_anyRemoved)
+        return m_scan.plainText;
+    const QString html = m_anyRemoved ? bodyInnerHtml() : m_html;
+    return scanPlainText(html, QLatin1StringView("img")).plainText;
 }

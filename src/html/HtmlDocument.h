@@ -50,10 +50,19 @@
 // Tests hold the rest against a full parser.
 class HtmlDocument {
 public:
+    // What is read of the text at once. A document whose plain text will be asked for saves a
+    // reading.
+    enum class Reading { Elements, ElementsAndText };
+
     // `tag` is the name of the elements to list, in lower case. It is meant for elements without
     // content (img, br, hr, embed …): of any other only the start tags are listed, and those with
     // rules of their own (html, body, parts of tables) may be listed where a tree has none.
-    explicit HtmlDocument(const QString& html, QLatin1StringView tag = QLatin1StringView("img"));
+    explicit HtmlDocument(const QString& html, QLatin1StringView tag = QLatin1StringView("img"),
+        Reading reading = Reading::Elements);
+    HtmlDocument(const QString& html, Reading reading)
+        : HtmlDocument(html, QLatin1StringView("img"), reading)
+    {
+    }
 
     // The elements in document order are numbered from 0. A removed one keeps its number. Every
     // operation below takes such a number, and no other.
@@ -82,7 +91,7 @@ public:
     QString bodyInnerHtml() const;
 
     // The plain text of the body, as a person would read it, after all removals: the rule is
-    // docs/plain-text.md. Reads the text again at each call.
+    // docs/plain-text.md. Reads the text again, unless it was read for this and nothing is removed.
     QString bodyText() const;
 
 private:
@@ -100,5 +109,6 @@ private:
     QString m_html;
     html::ScanResult m_scan;
     std::map<qsizetype, Change> m_changes; // by element
+    bool m_textIsRead; // m_scan has the plain text of the document as it was read
     bool m_anyRemoved = false;
 };

@@ -11,6 +11,37 @@ bool isBlankUnit(QChar unit)
         || unit == QChar(QChar::ObjectReplacementCharacter);
 }
 
+constexpr std::ptrdiff_t kBlock = 8;
+
+// Whether a block, or what stands right behind it, may end a run. One question at a time, so that
+// the compiler asks it of many characters at once.
+bool mayEndRun(const char16_t* units)
+{
+    char16_t controls = 0;
+    char16_t blanks = 0;
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) {
+        controls |= units[i] < u' ';
+        blanks |= (units[i] == u' ') & (units[i + 1] <= u' ');
+    }
+    return (controls | blanks) != 0;
+}
+
+// The end of what is written as it stands: all up to white space, but for single blanks between two
+// characters.
+const char16_t* runEnd(const char16_t* c, const char16_t* end)
+{
+    while (end - c > kBlock && !mayEndRun(c))
+        c += kBlock;
+    while (c != end && (!isSpace(*c) || (*c == u' ' && c + 1 != end && !isSpace(c[1]))))
+        ++c;
+    return c;
+}
+
+const char16_t* findLineEnd(const char16_t* c, const char16_t* end)
+{
+    return std::find_if(c, end, [](char16_t unit) { return unit == u'\n' || unit == u'\r'; });
+}
+
 } // namespace
 
 void PlainTextWriter::lineEnd()
@@ -63,14 +94,16 @@ void PlainTextWriter::text(QStringView decoded, const OpenElement& parent)
 {
     if (parent.hidden)
         return;
-    const char16_t* const end = decoded.utf16() + decoded.size();
-    const auto endsRun = [pre = parent.preformatted](
-                             char16_t c) { return pre ? c == u'\n' || c == u'\r' : isSpace(c); };
-    for (const char16_t* c = decoded.utf16(); c != end;) {
-        const char16_t* const runEnd = std::find_if(c, end, endsRun);
-        if (runEnd != c)
-            write(QStringView(c, runEnd - c));
-        c = runEnd;
+    const char16_t* c = decoded.utf16();
+    const char16_t* const end = c + decoded.size();
+    while (c != end) {
+        const char16_t* const begin = c;
+        if (parent.preformatted)
+            c = findLineEnd(begin, end);
+        else if (!isSpace(*c))
+            c = runEnd(begin, end);
+        if (c != begin)
+            write(QStringView(begin, c - begin));
         if (c == end)
             return;
         if (parent.preformatted)
@@ -91,7 +124,10 @@ QString PlainTextWriter::take()
         ++begin;
     while (m_text[end - 1] == u'\n')
         --end;
-    return m_text.mid(begin, end - begin);
+    m_text.truncate(end);
+    m_text.remove(0, begin);
+    m_text.squeeze(); // it grew by doubling
+    return std::move(m_text);
 }
 
 } // namespace html

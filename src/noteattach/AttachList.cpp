@@ -97,6 +97,16 @@ void keepPictures(const std::vector<NewAttachFile>& found, NoteFolder& folder,
     }
 }
 
+void listOrigNames(const HtmlDocument& document, std::vector<QString>& origNames)
+{
+    for (qsizetype i = 0; i < document.elementCount(); ++i) {
+        const auto exData = document.attribute(i, kExData);
+        const QString name = exData ? GetOrigNameFromJson(*exData) : QString();
+        if (!name.isEmpty())
+            origNames.push_back(name);
+    }
+}
+
 void logFailure(const QString& text)
 {
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(text);
@@ -118,7 +128,7 @@ void ListAttachments(const HtmlDocument& document, std::vector<NewAttachFile>& r
 }
 
 int ParseAttList(const QString& noteGuid, const QString& html, std::vector<NewAttachFile>& attList,
-    QString* plainText)
+    QString* plainText, std::vector<QString>* origNames)
 {
     std::vector<NewAttachFile> found;
     NoteFolder folder(noteGuid);
@@ -127,6 +137,8 @@ int ParseAttList(const QString& noteGuid, const QString& html, std::vector<NewAt
         if (plainText && document.hasBody())
             *plainText = document.bodyText();
         ListAttachments(document, found);
+        if (origNames)
+            listOrigNames(document, *origNames);
         for (NewAttachFile& record : found)
             record.filePath = folder.pathOf(record.fileName, record.origName);
         attList = std::move(found);
@@ -145,13 +157,7 @@ int ParseAttList(const QString& noteGuid, const QString& html, std::vector<NewAt
 int ParseAttOrigFileNameList(const QString& html, std::vector<QString>& origNames)
 {
     try {
-        const HtmlDocument document(html);
-        for (qsizetype i = 0; i < document.elementCount(); ++i) {
-            const auto exData = document.attribute(i, kExData);
-            const QString name = exData ? GetOrigNameFromJson(*exData) : QString();
-            if (!name.isEmpty())
-                origNames.push_back(name);
-        }
+        listOrigNames(HtmlDocument(html), origNames);
         return 1;
     } catch (const std::exception&) {
         logFailure(QStringLiteral("[ERROR] 解析html字串，获取附件原文件名列表失败！"));

@@ -21,10 +21,12 @@ void ListAttachments(const HtmlDocument& document, std::vector<NewAttachFile>& r
 
 /// Fills `attList` with those records and their paths; whatever it held before is gone.
 /// `plainText`, if not null, receives the body's text as a person would read it, and stays as it
-/// was if the document has no body. Returns 1, or 0 after a failure, which is logged; then rows of
-/// the unfinished scan may stand behind what the list held before.
+/// was if the document has no body. `origNames`, if not null, receives in addition what
+/// ParseAttOrigFileNameList appends: one reading of the text then serves both. Returns 1, or 0
+/// after a failure, which is logged; then rows of the unfinished scan may stand behind what the
+/// list held before.
 int ParseAttList(const QString& noteGuid, const QString& html, std::vector<NewAttachFile>& attList,
-    QString* plainText);
+    QString* plainText, std::vector<QString>* origNames = nullptr);
 
 /// Appends the original name of each attachment element that has one, repeated names repeated.
 /// Returns 1, or 0 after a failure, which is logged.

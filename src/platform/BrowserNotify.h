@@ -21,19 +21,31 @@ public:
         long id, const DISPPARAMS& params, VARIANT& result, QString& exception) = 0;
 };
 
-/// What the browser itself does with a drag. An `effect` is a `Qt::DropAction`.
+/// Where a drag began.
+enum class DragOrigin {
+    OtherProcess,
+    ThisProcess, ///< In another widget of the host.
+    ThisBrowser, ///< In the page: a selection, a picture.
+};
+
+/// What the browser itself does with a drag. `*effect` comes in with the `Qt::DropActions` that the
+/// source offers and goes out with the one `Qt::DropAction` that is taken, `Qt::IgnoreAction` for
+/// none. What follows a `DragEnter` that did not get here is refused.
 class NOMAR_EXPORT DropTarget {
 public:
     virtual ~DropTarget();
+    /// Of the drag that is being delivered; to be asked on entering and on the drop.
+    virtual DragOrigin Origin() const = 0;
     virtual long DragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) = 0;
     virtual long DragOver(unsigned keyState, QPoint pt, int* effect) = 0;
     virtual long DragLeave() = 0;
     virtual long Drop(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) = 0;
 };
 
-/// Drags over the browser, seen before it. `S_OK` accepts the event with `*effect` as the action,
-/// any other result refuses it. An implementation that lets the browser act forwards to
-/// `m_defaultDropTarget`, which the browser sets before the first event.
+/// Drags over the browser, seen before it. `S_OK` accepts the event with `*effect` as the action
+/// (if the source offers that one), any other result refuses it; arguments as for `DropTarget`. An
+/// implementation that lets the browser act forwards to `m_defaultDropTarget`, which the browser
+/// sets before the first event.
 class NOMAR_EXPORT IIEDragNotify {
 public:
     virtual ~IIEDragNotify();

@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QTimer>
 #include <QWebEngineProfile>
@@ -103,8 +104,10 @@ namespace {
 /// Carries the answer of the notify interface over to the event.
 void settle(QDropEvent* event, long result, int effect)
 {
-    if (result == S_OK) {
-        event->setDropAction(Qt::DropAction(effect));
+    const auto action = Qt::DropAction(effect);
+    // An action that the source does not offer would be replaced by the one it proposes.
+    if (result == S_OK && event->possibleActions().testFlag(action)) {
+        event->setDropAction(action);
         event->accept();
     } else {
         event->ignore();
@@ -113,26 +116,38 @@ void settle(QDropEvent* event, long result, int effect)
 
 } // namespace
 
+void PageView::deliver(QDropEvent* event, const std::function<long(unsigned, QPoint, int*)>& step)
+{
+    // A drop can wait for the page, and the host can end the control meanwhile.
+    const QPointer<PageView> self(this);
+    QEvent* const outer = std::exchange(m_dragEvent, event);
+    int effect = event->possibleActions();
+    const long result = step(unsigned(event->modifiers()), event->position().toPoint(), &effect);
+    settle(event, result, effect);
+    if (self)
+        m_dragEvent = outer;
+}
+
 void PageView::dragEnterEvent(QDragEnterEvent* event)
 {
-    const QScopedValueRollback guard(m_dragEvent, static_cast<QEvent*>(event));
-    int effect = event->proposedAction();
-    const auto keys = unsigned(event->modifiers());
-    const QPoint at = event->position().toPoint();
-    const long result = dragNotify ? dragNotify->OnDragEnter(event->mimeData(), keys, at, &effect)
-                                   : DragEnter(event->mimeData(), keys, at, &effect);
-    settle(event, result, effect);
+    m_engineHasDrag = false;
+    deliver(event, [&](unsigned keys, QPoint at, int* effect) {
+        return dragNotify ? dragNotify->OnDragEnter(event->mimeData(), keys, at, effect)
+                          : DragEnter(event->mimeData(), keys, at, effect);
+    });
+    // Qt sends nothing more of a drag that was not let in, not even that it has gone. Refused are
+    // the moves that follow.
+    if (!event->isAccepted()) {
+        event->setDropAction(Qt::IgnoreAction);
+        event->accept();
+    }
 }
 
 void PageView::dragMoveEvent(QDragMoveEvent* event)
 {
-    const QScopedValueRollback guard(m_dragEvent, static_cast<QEvent*>(event));
-    int effect = event->proposedAction();
-    const auto keys = unsigned(event->modifiers());
-    const QPoint at = event->position().toPoint();
-    const long result =
-        dragNotify ? dragNotify->OnDragOver(keys, at, &effect) : DragOver(keys, at, &effect);
-    settle(event, result, effect);
+    deliver(event, [&](unsigned keys, QPoint at, int* effect) {
+        return dragNotify ? dragNotify->OnDragOver(keys, at, effect) : DragOver(keys, at, effect);
+    });
 }
 
 void PageView::dragLeaveEvent(QDragLeaveEvent* event)
@@ -142,29 +157,44 @@ void PageView::dragLeaveEvent(QDragLeaveEvent* event)
         dragNotify->OnDragLeave();
     else
         DragLeave();
+    m_engineHasDrag = false;
 }
 
 void PageView::dropEvent(QDropEvent* event)
 {
-    const QScopedValueRollback guard(m_dragEvent, static_cast<QEvent*>(event));
-    int effect = event->proposedAction();
-    const auto keys = unsigned(event->modifiers());
-    const QPoint at = event->position().toPoint();
-    const long result = dragNotify ? dragNotify->OnDrop(event->mimeData(), keys, at, &effect)
-                                   : Drop(event->mimeData(), keys, at, &effect);
-    settle(event, result, effect);
+    deliver(event, [&](unsigned keys, QPoint at, int* effect) {
+        return dragNotify ? dragNotify->OnDrop(event->mimeData(), keys, at, effect)
+                          : Drop(event->mimeData(), keys, at, effect);
+    });
+}
+
+DragOrigin PageView::Origin() const
+{
+    const QObject* source = static_cast<const QDropEvent*>(m_dragEvent)->source();
+    if (!source)
+        return DragOrigin::OtherProcess;
+    for (const QObject* object = source; object; object = object->parent()) {
+        if (object == this || object == page())
+            return DragOrigin::ThisBrowser;
+    }
+    return DragOrigin::ThisProcess;
 }
 
 long PageView::DragEnter(const QMimeData*, unsigned, QPoint, int* effect)
 {
+    m_engineHasDrag = true;
     auto* event = static_cast<QDragEnterEvent*>(m_dragEvent);
     QWebEngineView::dragEnterEvent(event);
     *effect = event->dropAction();
     return event->isAccepted() ? S_OK : S_FALSE;
 }
 
+// The engine knows nothing of a drag that did not enter it, and does not ask whether there is one.
+
 long PageView::DragOver(unsigned, QPoint, int* effect)
 {
+    if (!m_engineHasDrag)
+        return S_FALSE;
     auto* event = static_cast<QDragMoveEvent*>(m_dragEvent);
     QWebEngineView::dragMoveEvent(event);
     *effect = event->dropAction();
@@ -173,12 +203,15 @@ long PageView::DragOver(unsigned, QPoint, int* effect)
 
 long PageView::DragLeave()
 {
-    QWebEngineView::dragLeaveEvent(static_cast<QDragLeaveEvent*>(m_dragEvent));
+    if (m_engineHasDrag)
+        QWebEngineView::dragLeaveEvent(static_cast<QDragLeaveEvent*>(m_dragEvent));
     return S_OK;
 }
 
 long PageView::Drop(const QMimeData*, unsigned, QPoint, int* effect)
 {
+    if (!std::exchange(m_engineHasDrag, false))
+        return S_FALSE;
     auto* event = static_cast<QDropEvent*>(m_dragEvent);
     QWebEngineView::dropEvent(event);
     *effect = event->dropAction();

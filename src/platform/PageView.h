@@ -55,12 +55,16 @@ protected:
 
 private:
     // The engine's own behaviour, for the event that is being delivered.
+    DragOrigin Origin() const override;
     long DragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) override;
     long DragOver(unsigned keyState, QPoint pt, int* effect) override;
     long DragLeave() override;
     long Drop(const QMimeData* data, unsigned keyState, QPoint pt, int* effect) override;
+    /// Hands a drag event to a step of the notify interface, or to the engine's if there is none.
+    void deliver(QDropEvent* event, const std::function<long(unsigned, QPoint, int*)>& step);
     void watchInputWidget();
 
     QWidget* m_inputWidget = nullptr;
     QEvent* m_dragEvent = nullptr;
+    bool m_engineHasDrag = false; ///< The drag in progress has entered the engine.
 };

@@ -334,6 +334,26 @@ TEST(HtmlDocument, BodyTextFollowsARemoval)
     EXPECT_EQ(document.bodyText(), QStringLiteral("ab"));
 }
 
+TEST(HtmlDocument, TextThatWasReadAtOnceIsTheSame)
+{
+    for (const char* html : {"", "a<br>b", "<select>a<br>b</select><br>c", "<svg>a<br>b</svg>",
+             "<body>a<br><pre>\nb</pre></html><br>c", "<frameset></frameset>"}) {
+        const QString text = QString::fromUtf8(html);
+        const QLatin1StringView tag("br");
+        HtmlDocument plain(text, tag);
+        HtmlDocument both(text, tag, HtmlDocument::Reading::ElementsAndText);
+        EXPECT_EQ(both.bodyText(), plain.bodyText()) << html;
+        EXPECT_EQ(both.bodyInnerHtml(), plain.bodyInnerHtml()) << html;
+        EXPECT_EQ(both.hasBody(), plain.hasBody()) << html;
+        ASSERT_EQ(both.elementCount(), plain.elementCount()) << html;
+        for (qsizetype i = 0; i < plain.elementCount(); ++i) {
+            plain.remove(i);
+            both.remove(i);
+            EXPECT_EQ(both.bodyText(), plain.bodyText()) << html;
+        }
+    }
+}
+
 // ---- the inside of the body
 
 TEST(HtmlDocument, TheInsideOfTheBody)

@@ -45,6 +45,39 @@ TEST(PlainText, IsTheSameForTheInsideOfTheBody)
     }
 }
 
+// Long runs are read many characters at a time.
+TEST(PlainText, WhiteSpaceAndReferencesCountWhereverTheyStandInALongText)
+{
+    struct Insert {
+        const char* html;
+        const char* text;
+    };
+    const std::vector<Insert> inserts{{" ", " "}, {"  ", " "}, {" \t", " "}, {"\t", " "},
+        {"\r\n", " "}, {"\f \f", " "}, {"\v", "\v"}, {" &amp; ", " & "}, {"&amp;", "&"},
+        {"\xC2\xA0", "\xC2\xA0"}, {"\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"}, {"<b> </b>", " "},
+        {" <b> ", " "}};
+    for (const Insert& insert : inserts) {
+        for (int before = 1; before < 40; ++before) {
+            for (const int behind : {1, 7, 8, 9, 30}) {
+                const QString left(before, u'x');
+                const QString right(behind, u'字');
+                EXPECT_EQ(HtmlDocument(left + QString::fromUtf8(insert.html) + right).bodyText(),
+                    left + QString::fromUtf8(insert.text) + right)
+                    << insert.html << " behind " << before;
+            }
+        }
+    }
+}
+
+TEST(PlainText, WhiteSpaceAtTheEndOfALongTextIsNone)
+{
+    for (int length = 1; length < 40; ++length) {
+        const QString text(length, u'x');
+        EXPECT_EQ(HtmlDocument(text + u' ').bodyText(), text);
+        EXPECT_EQ(HtmlDocument(u' ' + text + QStringLiteral(" \n ")).bodyText(), text);
+    }
+}
+
 TEST(PlainText, LoneSurrogatesAndNulAreReplacedOrDropped)
 {
     const char16_t units[] = {u'a', 0, 0xD800, u'b', 0xDC00, 0};

@@ -1,83 +1,11 @@
 #include "noteattach/Elements.h"
-#include "support/FileMd5.h"
-#include "support/TestStore.h"
+#include "tools/NmnoteFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QRegularExpression>
 
 #include <unistd.h>
-
-namespace {
-
-struct Ran {
-    int code;
-    QString out;
-    QString err;
-};
-
-class NmnoteTest : public testing::Test {
-protected:
-    Ran run(QStringList arguments)
-    {
-        QProcess process;
-        process.start(QStringLiteral(NOMAR_NMNOTE), arguments);
-        EXPECT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-    }
-
-    Ran runHere(const QStringList& arguments)
-    {
-        return run(QStringList{QStringLiteral("--app-dir"), m_store.appDir()} + arguments);
-    }
-
-    QString file(const QByteArray& bytes)
-    {
-        const QString path = m_other.filePath(QStringLiteral("note.html"));
-        writeFile(path, bytes);
-        return path;
-    }
-
-    // Puts a file into the store under its digest; returns its name.
-    QString filed(const QByteArray& bytes, const QString& extension)
-    {
-        const QString path = m_store.write(QStringLiteral("new"), bytes);
-        const QString name = FileMd5(path) + extension;
-        EXPECT_TRUE(QFile::rename(path, m_store.path(name)));
-        return name;
-    }
-
-    QString filedNote(const QString& html)
-    {
-        return filed("<!--{\"ver_number\":2}-->" + html.toUtf8(), QStringLiteral(".html"));
-    }
-
-    QString working(const QString& folder, const QString& name, const QByteArray& bytes)
-    {
-        QDir(m_store.store()).mkdir(folder);
-        return m_store.write(folder + u'/' + name, bytes);
-    }
-
-    TestStore m_store;
-    QTemporaryDir m_other;
-};
-
-QJsonDocument json(const Ran& ran)
-{
-    EXPECT_EQ(ran.code, 0) << ran.err.toStdString();
-    return QJsonDocument::fromJson(ran.out.toUtf8());
-}
-
-} // namespace
 
 TEST_F(NmnoteTest, HelpIsPrintedAndIsNoBadUse)
 {
@@ -96,7 +24,13 @@ TEST_F(NmnoteTest, BadUseIsExplainedWithTheUsageAndExitsWithTwo)
         QStringLiteral("check a b"), QStringLiteral("parse --frob a"),
         QStringLiteral("parse a --guid"), QStringLiteral("read a --guid g"),
         QStringLiteral("text a --version 1"), QStringLiteral("save a --version two"),
-        QStringLiteral("save a --version -1"), QStringLiteral("--app-dir")};
+        QStringLiteral("save a --version -1"), QStringLiteral("--app-dir"), QStringLiteral("names"),
+        QStringLiteral("names a b"), QStringLiteral("names a --orig b"),
+        QStringLiteral("rewrite a"), QStringLiteral("rewrite --orig a --class b --src c"),
+        QStringLiteral("rewrite a --orig a --class b"),
+        QStringLiteral("rewrite a --orig a --src b"), QStringLiteral("rewrite a --class a --src b"),
+        QStringLiteral("import a"), QStringLiteral("import --note g"), QStringLiteral("card a b"),
+        QStringLiteral("card a b c d"), QStringLiteral("card a b c --note g")};
     for (const QString& line : lines) {
         const Ran bad = run(line.split(u' ', Qt::SkipEmptyParts));
         EXPECT_EQ(bad.code, 2) << line.toStdString();
@@ -109,8 +43,9 @@ TEST_F(NmnoteTest, BadUseIsExplainedWithTheUsageAndExitsWithTwo)
 TEST_F(NmnoteTest, AFileThatCannotBeReadExitsWithOne)
 {
     const QString missing = m_other.filePath(QStringLiteral("none"));
-    for (const QString& verb : {QStringLiteral("parse"), QStringLiteral("read"),
-             QStringLiteral("text"), QStringLiteral("save"), QStringLiteral("md5")}) {
+    for (const QString& verb :
+        {QStringLiteral("parse"), QStringLiteral("read"), QStringLiteral("text"),
+            QStringLiteral("save"), QStringLiteral("md5"), QStringLiteral("names")}) {
         const Ran failed = runHere({verb, missing});
         EXPECT_EQ(failed.code, 1) << verb.toStdString();
         EXPECT_EQ(failed.out, QString());

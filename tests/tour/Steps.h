@@ -33,5 +33,14 @@ void deadRenderProcessComesBack(Tour& tour);
 void lockedShelfKeepsTheText(Tour& tour);
 void killedHostStartsAgain(Tour& tour);
 void attachmentOpensOnTheDesktop(Tour& tour);
+
+// StepsFiles.cpp: files become attachments.
+void filesAreDroppedFromAFileManager(Tour& tour);
+void twoMoreAreChosenInTheDialog(Tour& tour);
+void aSecondFileOfThatNameGetsANumber(Tour& tour);
+void aFolderAndAnEmptyFileAreRefused(Tour& tour);
+void aCardOpensAndARestartKeepsAll(Tour& tour);
+
+// StepsKeeping.cpp again: how it looks elsewhere.
 void chineseWindow(Tour& tour);
 void darkWindow(Tour& tour);

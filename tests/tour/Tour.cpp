@@ -45,6 +45,7 @@ Tour::Tour(const QString& hostProgram, const QString& shotDir)
 {
     QDir().mkpath(shotDir);
     // Stands in for the desktop's program that opens files.
+    QDir().mkpath(m_dir.filePath(u"Desktop"_s));
     QDir().mkpath(m_dir.filePath(u"bin"_s));
     QFile opener(m_dir.filePath(u"bin/xdg-open"_s));
     if (opener.open(QIODevice::WriteOnly))
@@ -218,6 +219,41 @@ void Tour::clickRow(int row)
     clickAt(pageOrigin() + QPoint(-100, rowHeight * row + rowHeight / 2));
 }
 
+QString Tour::desktopFile(const QString& name) const
+{
+    return m_dir.filePath(u"Desktop/"_s + name);
+}
+
+void Tour::drag(const QStringList& files, const QString& shotName)
+{
+    QProcess source;
+    source.start(QCoreApplication::applicationDirPath() + u"/dragsource"_s,
+        QStringList{u"--at"_s, u"4,830"_s} + files);
+    const auto said = [&](const char* word) {
+        return waitUntil([&] { return source.readAllStandardOutput().contains(word); });
+    };
+    if (!said("ready"))
+        throw StepFailure("there is no window to drag from");
+    const QPoint from(64, 860);
+    const QPoint to = windowPlace().center() + QPoint(120, 40);
+    xdotool({u"mousemove"_s, QString::number(from.x()), QString::number(from.y()), u"mousedown"_s,
+        u"1"_s});
+    // By steps, as a hand does: whoever is under the pointer answers each of them.
+    constexpr int steps = 10;
+    for (int i = 1; i <= steps; ++i) {
+        const QPoint at = from + (to - from) * i / steps;
+        xdotool({u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s,
+            u"0.1"_s});
+    }
+    if (!shotName.isEmpty())
+        shot(shotName);
+    xdotool({u"mouseup"_s, u"1"_s});
+    if (!said("copied"))
+        throw StepFailure("the drop was not taken as a copy");
+    source.terminate();
+    source.waitForFinished();
+}
+
 void Tour::shot(const QString& name)
 {
     const QString file =
@@ -239,6 +275,14 @@ void Tour::expect(const QString& what, const std::function<bool()>& holds, int m
 void Tour::expectPage(const QString& expression)
 {
     expect(expression, [&] { return page(u"Boolean(%1)"_s.arg(expression)).toBool(); });
+}
+
+void Tour::expectWindow(const QString& program, int count)
+{
+    expect(u"%1 has %2 windows"_s.arg(program).arg(count), [&] {
+        const QString windows = xdotool({u"search"_s, u"--onlyvisible"_s, u"--class"_s, program});
+        return windows.split(u'\n', Qt::SkipEmptyParts).size() == count;
+    });
 }
 
 void Tour::expectText(const QString& text)

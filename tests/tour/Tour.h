@@ -47,6 +47,11 @@ public:
     /// Clicks at a point of the window, from its left or (negative) right edge and its top.
     void clickInWindow(int x, int y);
     QRect windowPlace();
+    /// Where a file of the user's lies; the folder is there.
+    QString desktopFile(const QString& name) const;
+    /// Drags files from another program's window into the middle of the note; a picture is taken
+    /// over the note if it has a name.
+    void drag(const QStringList& files, const QString& shotName = {});
     void shot(const QString& name);
 
     // --- looking ---
@@ -56,6 +61,8 @@ public:
     void expectPage(const QString& expression);
     void expectText(const QString& text);
     void expect(const QString& what, const std::function<bool()>& holds, int milliseconds = 10'000);
+    /// Waits until the program has that many windows on the screen.
+    void expectWindow(const QString& program, int count);
     /// Waits until the note of that title is filed, and its file whole.
     void expectFiled(const QString& title, const QString& text);
 

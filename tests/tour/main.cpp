@@ -42,6 +42,11 @@ constexpr Step steps[] = {
     {"a locked shelf is told and keeps the text", lockedShelfKeepsTheText},
     {"a killed host starts again over its notes", killedHostStartsAgain},
     {"an attachment opens on the desktop", attachmentOpensOnTheDesktop},
+    {"files are dropped from a file manager", filesAreDroppedFromAFileManager},
+    {"two more are chosen in the dialog", twoMoreAreChosenInTheDialog},
+    {"a second file of that name gets a number", aSecondFileOfThatNameGetsANumber},
+    {"a folder and an empty file are refused", aFolderAndAnEmptyFileAreRefused},
+    {"a card opens, and a restart keeps all", aCardOpensAndARestartKeepsAll},
     {"the window in Chinese", chineseWindow},
     {"the window in the dark", darkWindow},
 };

@@ -1,0 +1,107 @@
+#include "clipdrag/DroppedFiles.h"
+
+#include "attachstore/FileRecord.h"
+#include "attachstore/ImageFile.h"
+#include "platform/CGdiToolBox.h"
+#include "platform/PortalFiles.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QGuiApplication>
+#include <QImage>
+#include <QMimeData>
+#include <QSysInfo>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+// By the names that desktops give them.
+constexpr QLatin1StringView imageTypes[] = {
+    QLatin1StringView("image/png"),
+    QLatin1StringView("image/bmp"),
+    QLatin1StringView("image/x-bmp"),
+    QLatin1StringView("image/x-MS-bmp"),
+    QLatin1StringView("image/tiff"),
+    QLatin1StringView("image/webp"),
+    QLatin1StringView("image/jpeg"),
+    QLatin1StringView("image/gif"),
+};
+
+/// The path of a `file:` address (RFC 8089), which may name this machine as its host. Empty for any
+/// other address.
+QString localPath(QUrl url)
+{
+    if (!url.isLocalFile())
+        return QString();
+    const QString host = url.host();
+    if (host == u"localhost" || host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0)
+        url.setHost(QString());
+    return url.toLocalFile();
+}
+
+QStringList localPaths(const QMimeData& data)
+{
+    QStringList paths;
+    for (const QUrl& url : data.urls()) {
+        const QString path = localPath(url);
+        if (!path.isEmpty() && !path.contains(QChar::Null))
+            paths.append(path);
+    }
+    return paths;
+}
+
+void appendRecords(const QStringList& paths, std::vector<DropFileInfo>& files)
+{
+    for (const QString& path : paths) {
+        if (auto record = attachstore::RecordOfPath(QDir::toNativeSeparators(path)))
+            files.push_back(std::move(*record));
+    }
+}
+
+QImage imageOf(const QMimeData& data)
+{
+    for (const QLatin1StringView type : imageTypes) {
+        if (!data.hasFormat(type))
+            continue;
+        const QImage image = CGdiToolBox::LoadImageFromMemory(data.data(type));
+        if (!image.isNull())
+            return image;
+    }
+    return CGdiToolBox::LoadBitmap(data);
+}
+
+} // namespace
+
+bool clipdrag::HasFileList(const QMimeData& data)
+{
+    return !localPaths(data).isEmpty() || !portal::TransferKey(data).isEmpty();
+}
+
+void clipdrag::GetFileList(const QMimeData& data, std::vector<DropFileInfo>& files)
+{
+    const std::size_t before = files.size();
+    appendRecords(localPaths(data), files);
+    if (files.size() != before)
+        return;
+    // Last, because asking takes the files away from any other program that the drag goes to.
+    if (const QByteArray key = portal::TransferKey(data); !key.isEmpty())
+        appendRecords(portal::RetrieveFiles(key), files);
+}
+
+void clipdrag::GetImage(const QMimeData& data, std::vector<DropFileInfo>& files)
+{
+    attachstore::SaveImage(imageOf(data), files);
+}
+
+void clipdrag::GetFileListFromClipboard(std::vector<DropFileInfo>& files)
+{
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (!data)
+        return;
+    if (HasFileList(*data))
+        GetFileList(*data, files);
+    else
+        GetImage(*data, files);
+}

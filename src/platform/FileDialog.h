@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStringList>
+
+/// The dialog in which a user chooses files: the desktop's, or the choice of a test.
+class FileDialog {
+public:
+    virtual ~FileDialog();
+    /// Asks for files to open; meanwhile anything may happen, as with a message box. False if the
+    /// user did not choose any. `paths` receives those chosen, in the dialog's order, with native
+    /// separators; any file may be among them, also one that cannot be opened.
+    virtual bool choose(QStringList& paths) = 0;
+};
+
+/// The desktop's own dialog: several files, no filter, no name given beforehand.
+class DesktopFileDialog : public FileDialog {
+public:
+    bool choose(QStringList& paths) override;
+};
