@@ -31,6 +31,8 @@ int rewriteVerb(const Arguments& arguments);
 int saveVerb(const Arguments& arguments);
 int importVerb(const Arguments& arguments);
 int cardVerb(const Arguments& arguments);
+int clipVerb(const Arguments& arguments);
+int filesVerb(const Arguments& arguments);
 int md5Verb(const Arguments& arguments);
 int checkVerb(const Arguments& arguments);
 

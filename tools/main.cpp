@@ -35,6 +35,13 @@ const QString kUsage = QStringLiteral(R"(usage: nmnote [--app-dir DIR] VERB ...
                              what became of each, as a JSON array
   card NAME INFO OUT.bmp     draw the card of a file with that name and second line;
                              what was drawn, as JSON
+  clip encode                a fragment's HTML (UTF-8, up to a zero byte) to the bytes
+                             of the clipboard's "HTML Format"
+  clip decode                those bytes to the fragment; exit code 1 if none is marked
+  files encode               a JSON array of paths to the drop-files record
+  files decode               that record to {"fWide":0|1,"paths":[...],
+                             "as16Bit":[...]|null}: the paths as fWide says, and taken
+                             for 16-bit text
   md5 FILE...                as md5sum prints it
   check [STORE]              look through a store: damaged and missing files (exit
                              code 1), changed working copies and leftovers
@@ -42,6 +49,7 @@ const QString kUsage = QStringLiteral(R"(usage: nmnote [--app-dir DIR] VERB ...
 FILE is a note file, with its version marker or without, unless said otherwise. A
 note of version 0 or 1 is upgraded when it is saved; --version says what version the
 text is. An array may hold names with line ends: a note can name a file anything.
+clip and files convert from the standard input to the standard output.
 --app-dir names the directory that holds userdata (default: that of nmnote); the
 log is written there. G is the note's GUID, whose folder the records point into.
 Exit codes: 0 done, 1 failed or something is wrong, 2 bad use.
@@ -67,6 +75,8 @@ const Verb kVerbs[]{
     {QStringLiteral("save"), 1, 1, {QStringLiteral("version")}, {}, saveVerb},
     {QStringLiteral("import"), 1, kAnyNumber, {}, {QStringLiteral("note")}, importVerb, true},
     {QStringLiteral("card"), 3, 3, {}, {}, cardVerb, true},
+    {QStringLiteral("clip"), 1, 1, {}, {}, clipVerb},
+    {QStringLiteral("files"), 1, 1, {}, {}, filesVerb},
     {QStringLiteral("md5"), 1, kAnyNumber, {}, {}, md5Verb},
     {QStringLiteral("check"), 0, 1, {}, {}, checkVerb},
 };
