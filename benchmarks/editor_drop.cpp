@@ -155,15 +155,12 @@ std::vector<Figure> measure()
         const double seconds = timed([&] { drop(editor.handler(), documents.data()); })();
         require(evaluate(editor.page(), countOfImages()).toLongLong() == before + kFiles,
             "the files are not all in the note");
-        std::fprintf(stderr, "ours %f\n", seconds);
         return seconds;
     };
     const Side floor = [&] {
         documents.renew();
         bare.fill();
-        const double s2 = timed([&] { bare.take(documents.paths()); })();
-        std::fprintf(stderr, "floor %f\n", s2);
-        return s2;
+        return timed([&] { bare.take(documents.paths()); })();
     };
     return {atMost("a drop of 100 files into a note of 1 MB, against 100 bare insertions, copies "
                    "and cards",

@@ -76,6 +76,19 @@ bool EditorPane::saveNote()
     return saved == inPage;
 }
 
+QString EditorPane::exportNote(const QString& path, bool withPictures)
+{
+    saveNote(); // what counts as saved is exported
+    QString html, reason;
+    m_control.GetLastHtml(html);
+    if (withPictures && !html.isEmpty())
+        return NmWebNoteHandler::NoteHtmlContentToMhtFileWithPictures(html, path)
+            ? QString()
+            : tr("The file %1 cannot be written.").arg(path);
+    m_control.ExportWord(path, reason);
+    return reason;
+}
+
 int EditorPane::OnSaveNote(
     const QString& noteGuid, std::vector<NewAttachFile>& files, const QString& plainText)
 {

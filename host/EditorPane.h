@@ -31,6 +31,10 @@ public:
     /// text is still in the page.
     bool saveNote();
 
+    /// Writes the open note as one file, with or without its pictures. Empty on success, else why
+    /// not.
+    QString exportNote(const QString& path, bool withPictures);
+
 Q_SIGNALS:
     void ready();
     void noteSaved();

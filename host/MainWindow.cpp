@@ -59,6 +59,7 @@ void MainWindow::makeToolBar()
     m_readOnlyAction =
         add("lock", tr("Read only"), u"Ctrl+Alt+R"_s, [this](bool on) { setReadOnly(on); });
     m_readOnlyAction->setCheckable(true);
+    m_exportAction = add("export", tr("Export"), u"Ctrl+Shift+S"_s, [this] { exportNote(); });
     m_binAction = add("bin", tr("Move to bin"), u"Ctrl+Shift+Del"_s, [this] { setBinned(true); });
     bar->addSeparator();
     m_emptyBinAction = bar->addAction(tr("Empty bin"), this, &MainWindow::emptyBin);
@@ -199,6 +200,21 @@ void MainWindow::emptyBin()
     m_showBinAction->setChecked(false);
 }
 
+void MainWindow::exportNote()
+{
+    const QString withPictures = tr("Single file with pictures (*.mht)");
+    const QString forWord = tr("Word document (*.doc)");
+    const QString title = m_shelf.note(m_pane->noteGuid()).value_or(NoteSummary()).title;
+    QString kind = withPictures;
+    const QString path = QFileDialog::getSaveFileName(this, tr("Export"),
+        QDir::home().filePath(QString(title).replace(u'/', u'-') + u".mht"_s),
+        withPictures + u";;"_s + forWord, &kind);
+    if (path.isEmpty())
+        return;
+    const QString reason = m_pane->exportNote(path, kind == withPictures);
+    statusBar()->showMessage(reason.isEmpty() ? tr("Exported to %1").arg(path) : reason, 10'000);
+}
+
 void MainWindow::complain(const QString& reason)
 {
     const QString text = tr("Not saved: %1. Your text is still here.").arg(reason).toHtmlEscaped();
@@ -231,6 +247,7 @@ void MainWindow::showNote()
     m_readOnlyAction->setChecked(note.readOnly);
     m_readOnlyAction->setEnabled(open && !note.binned);
     m_binAction->setEnabled(open && !note.binned);
+    m_exportAction->setEnabled(open);
     m_restoreAction->setVisible(note.binned);
     const int binned = m_shelf.binCount();
     m_showBinAction->setText(tr("Bin (%1)").arg(binned));

@@ -30,6 +30,7 @@ private:
     void setReadOnly(bool readOnly);
     void setBinned(bool binned);
     void emptyBin();
+    void exportNote();
     void complain(const QString& reason);
     void refresh();
     void showNote();
@@ -45,6 +46,6 @@ private:
     QLineEdit* const m_search = new QLineEdit;
     QLabel* const m_complaint = new QLabel;
     QLabel* const m_figures = new QLabel;
-    QAction *m_newAction, *m_readOnlyAction, *m_binAction, *m_restoreAction;
+    QAction *m_newAction, *m_readOnlyAction, *m_binAction, *m_restoreAction, *m_exportAction;
     QAction *m_showBinAction, *m_emptyBinAction;
 };

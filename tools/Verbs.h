@@ -21,6 +21,7 @@ struct Arguments {
     QString classValue; ///< --class
     QString srcValue; ///< --src
     std::optional<int> version; ///< --version
+    bool embed = false; ///< --embed
 };
 
 int parseVerb(const Arguments& arguments);
@@ -31,6 +32,8 @@ int rewriteVerb(const Arguments& arguments);
 int saveVerb(const Arguments& arguments);
 int importVerb(const Arguments& arguments);
 int cardVerb(const Arguments& arguments);
+int upgradeVerb(const Arguments& arguments);
+int mhtVerb(const Arguments& arguments);
 int clipVerb(const Arguments& arguments);
 int filesVerb(const Arguments& arguments);
 int md5Verb(const Arguments& arguments);

@@ -30,6 +30,8 @@ const QString kUsage = QStringLiteral(R"(usage: nmnote [--app-dir DIR] VERB ...
                              the note's body with V as class and as src of each
                              attachment whose original name is NAME; the file
                              stays as it is, and no line end is added
+  upgrade FILE               the note's text as a save would file it
+  mht FILE OUT [--embed]     export as one MHT file; with its pictures
   save FILE [--version N]    file the note into the store; its record as JSON
   import --note GUID FILE... take any files into the store as attachments of a note;
                              what became of each, as a JSON array
@@ -72,6 +74,8 @@ const Verb kVerbs[]{
     {QStringLiteral("text"), 1, 1, {}, {}, textVerb},
     {QStringLiteral("rewrite"), 1, 1, {},
         {QStringLiteral("orig"), QStringLiteral("class"), QStringLiteral("src")}, rewriteVerb},
+    {QStringLiteral("upgrade"), 1, 1, {}, {}, upgradeVerb},
+    {QStringLiteral("mht"), 2, 2, {QStringLiteral("embed")}, {}, mhtVerb},
     {QStringLiteral("save"), 1, 1, {QStringLiteral("version")}, {}, saveVerb},
     {QStringLiteral("import"), 1, kAnyNumber, {}, {QStringLiteral("note")}, importVerb, true},
     {QStringLiteral("card"), 3, 3, {}, {}, cardVerb, true},
@@ -141,6 +145,7 @@ QString readArguments(const Verb& verb, const QCommandLineParser& parser, Argume
     arguments.orig = parser.value(QStringLiteral("orig"));
     arguments.classValue = parser.value(QStringLiteral("class"));
     arguments.srcValue = parser.value(QStringLiteral("src"));
+    arguments.embed = parser.isSet(QStringLiteral("embed"));
     if (parser.isSet(QStringLiteral("version"))) {
         bool isNumber = false;
         arguments.version = parser.value(QStringLiteral("version")).toInt(&isNumber);
@@ -170,6 +175,7 @@ int run(int argc, char** argv)
         {QStringLiteral("class"), QString(), QStringLiteral("V")},
         {QStringLiteral("src"), QString(), QStringLiteral("V")},
         {QStringLiteral("version"), QString(), QStringLiteral("N")},
+        {QStringLiteral("embed"), QString()},
     });
     if (!parser.parse(asTexts(argc, argv)))
         return badUse(parser.errorText());

@@ -11,6 +11,7 @@ import { NoteSelection } from "./edit/selection";
 import { AttachmentUpdate, listenToAttachments } from "./note/attachments";
 import { Content } from "./note/content";
 import { Loader } from "./note/loader";
+import { PastedPictures } from "./paste/pictures";
 import { chinese, english, Strings } from "./strings";
 import { Theme } from "./ui/theme";
 
@@ -28,6 +29,7 @@ export class Editor {
     readonly limit: Limit;
     readonly theme: Theme;
     readonly draft: Draft;
+    readonly pastedPictures = new PastedPictures(this);
     /** The newest file and picture of attachments that changed while this note was open. */
     readonly attachmentUpdates = new Map<string, AttachmentUpdate>();
 
@@ -124,6 +126,7 @@ export class Editor {
         this.loader?.cancel();
         this.loader = null;
         this.draft.forget();
+        this.pastedPictures.forget();
         this.attachmentUpdates.clear();
         this.caretPlaced = false;
         this.content.load(html);

@@ -90,6 +90,12 @@ void clipdrag::GetFileList(const QMimeData& data, std::vector<DropFileInfo>& fil
         appendRecords(portal::RetrieveFiles(key), files);
 }
 
+bool clipdrag::HasImage(const QMimeData& data)
+{
+    const auto isOffered = [&data](QLatin1StringView type) { return data.hasFormat(type); };
+    return data.hasImage() || std::any_of(std::begin(imageTypes), std::end(imageTypes), isOffered);
+}
+
 void clipdrag::GetImage(const QMimeData& data, std::vector<DropFileInfo>& files)
 {
     attachstore::SaveImage(imageOf(data), files);

@@ -17,6 +17,9 @@ bool HasFileList(const QMimeData& data);
 /// if none of these can be opened, what the portal gives for its key.
 void GetFileList(const QMimeData& data, std::vector<DropFileInfo>& files);
 
+/// Whether an image is offered, good or not.
+bool HasImage(const QMimeData& data);
+
 /// Writes the image that is offered, if any, to a temporary JPEG file and appends its record; the
 /// file is the caller's. Bytes of an image format come first, in the order of the formats that lose
 /// least, then pixels. An image that has too many pixels (`CGdiToolBox.h`) counts as none.

@@ -1,6 +1,7 @@
 #include "editor/CNomarEditorImpl.h"
 
 #include "attachfiles/SyncFileModifyArg.h"
+#include "clipdrag/PastedPicture.h"
 #include "editor/LiveControl.h"
 #include "editor/NmWebNoteHandler_p.h"
 #include "notestore/NoteHtmlRW.h"
@@ -11,6 +12,7 @@
 
 #include <QKeyEvent>
 #include <QPointer>
+#include <QTimer>
 
 CNomarEditorImpl* g_editorImpl = nullptr;
 
@@ -91,6 +93,18 @@ void CNomarEditorImpl::OnPrivateMessage(const QString& kind, const QString& text
 {
     if (kind == u"draft")
         m_handler.d->bridge.takeDraft(text);
+    else if (kind == u"copied")
+        m_handler.d->copyNotify.pageCopied();
+    else if (kind == u"pictures")
+        // Later: the import waits for the page, which is not possible inside its own message.
+        QTimer::singleShot(1, this, [this, text] {
+            DispatchInOrder([this, text] {
+                const auto post = [this](const QString& reply, const QString& argument) {
+                    PostPrivate(reply, argument);
+                };
+                clipdrag::PastedPictures(m_handler.d->adder, post).import(text);
+            });
+        });
 }
 
 void CNomarEditorImpl::ModifyIEWndProc()
@@ -236,14 +250,14 @@ void CNomarEditorImpl::RefreshIE()
     }
 }
 
-bool CNomarEditorImpl::ExportWord(const QString&, QString& errorText)
+bool CNomarEditorImpl::ExportWord(const QString& path, QString& errorText)
 {
     if (m_lastHtml.isEmpty()) {
         errorText = QStringLiteral("笔记内容为空！");
         return false;
     }
-    SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
-        QStringLiteral("[ERROR] CNomarEditorImpl::ExportWord is not available in this version"));
+    if (NmWebNoteHandler::NoteHtmlContentToMhtFile(m_lastHtml, path))
+        return true;
     errorText = QStringLiteral("转化为word失败！");
     return false;
 }

@@ -206,21 +206,11 @@ long NmWebNoteHandler::ShowMessage(const QString&)
     return E_NOTIMPL;
 }
 
-long NmWebNoteHandler::OnTranslateAccelerator(const QKeyEvent*)
-{
-    return E_NOTIMPL;
-}
-
 void NmWebNoteHandler::OnDblClickAttachment(const QString& path, const QString& origName)
 {
     if (d->note.m_notify)
         d->note.m_notify->OnOpenAttachment(
             d->note.m_curNoteGuid, FileNameOfNotePath(path), origName);
-}
-
-void NmWebNoteHandler::HandleCopyNotify()
-{
-    logNotBuilt("HandleCopyNotify");
 }
 
 QString NmWebNoteHandler::Format(VARIANT variant)

@@ -5,6 +5,8 @@
 #include "attachstore/MafResult.h"
 #include "bridge/INmEditorNotify.h"
 #include "capture/IScreenCaptureNotify.h"
+#include "clipdrag/AttachFileInfo.h"
+#include "clipdrag/CopyLogicResult.h"
 #include "clipdrag/DrageOpType.h"
 #include "noteattach/AttachNewAtt.h"
 #include "noteattach/NewAttachFile.h"
@@ -33,6 +35,8 @@ class NOMAR_EXPORT NmWebNoteHandler : public IJSCallFunNotify,
 public:
     /// One rewrite of attachment elements in a text.
     using AttachNewAtt = ::AttachNewAtt;
+    /// What pasted attachments became.
+    using CopyLogicResult = ::CopyLogicResult;
 
     NmWebNoteHandler();
     NmWebNoteHandler(const NmWebNoteHandler& other);
@@ -104,7 +108,38 @@ public:
     /// Deletes the source of every record that is a temporary file of the component's own.
     void DelTempFileFromList(const std::vector<DropFileInfo>& list);
 
+    // --- Copy and paste ---
+
+    /// Follows the browser's copy: if it was of attachments and no text, the clipboard gets their
+    /// files. Returns at once; the clipboard is looked at when the copy has reached it, and after
+    /// 300 ms at the latest.
+    void HandleCopyNotify();
+    /// Lists the attachments that the clipboard's HTML refers to, as those of the open note, and
+    /// reads its plain text.
+    void AnalyHtmlDataFromClipboard(std::vector<NewAttachFile>& attList, QString& plainText);
+    /// Puts those files on the clipboard that exist.
+    void AddAttachToClipboard(const std::vector<AttachFileInfo>& files);
+    /// What Ctrl+C, V and D do ahead of the browser. `S_OK`: the browser must not see the key.
+    /// DoCtrlV is one of the other two, by what the clipboard holds: files or an image become
+    /// attachments, attachments in HTML are taken over into the open note.
+    long DoCtrlC();
+    long DoCtrlV();
+    long DoCtrlD();
+    long DoCopyClipboardFile();
+    long DoCopyClipboardHtml();
+    /// Takes attachments over into the open note's files under names that are free there. 1 if all
+    /// were taken over, else 0, and the user may have been told: `clipdrag/Paste.h`.
+    int DoCopyLogic(const std::vector<NewAttachFile>& attList, CopyLogicResult& result);
+
     // --- Notes and files, no control needed ---
+
+    /// Puts a note's HTML on the clipboard for other programs, with whole paths to its pictures.
+    /// 1, or 0 for an empty text.
+    static int OnCopyContent(const QString& noteHtml);
+    /// The same for a note file; 0 if it cannot be read or holds no text.
+    static int OnCopyHtml(const QString& noteFilePath);
+    /// Empties the clipboard.
+    static void ClearCopyData();
 
     /// Lists the files that a note's HTML refers to: `noteattach/AttachList.h`.
     static int ParseAttList(const QString& noteGuid, const QString& html,
@@ -125,6 +160,11 @@ public:
     static int UpdateAttachAttValue(
         const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
     /// Copies the text as it is; 1.
+    /// A note as one MHT file that holds its text alone: `notestore/MhtExport.h`. 1 or 0.
+    static int NoteHtmlContentToMhtFile(const QString& html, const QString& mhtPath);
+    static int NoteHtmlFileToMhtFile(const QString& htmlPath, const QString& mhtPath);
+    /// The same with the pictures and cards that the note shows.
+    static int NoteHtmlContentToMhtFileWithPictures(const QString& html, const QString& mhtPath);
     static int UpdateAttachAttValue2(
         const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
     static void UpdateAttModifyTimeField(const QString& noteGuid,
@@ -163,7 +203,6 @@ public:
     void OnScreenCaptureComplet(const QImage& bitmap) override;
     /// Opens an attachment of the open note through the host.
     void OnDblClickAttachment(const QString& path, const QString& origName);
-    void HandleCopyNotify();
 
     void OnRightClickAttach(
         const QString& fileName, const QString& origName, const QString& rangeHtml);
@@ -173,6 +212,8 @@ public:
     void DoAttachSaveAs();
 
 protected:
+    static int HtmlConvert(const QString& html, QString& converted);
+    static int HtmlToMht(const QString& html, const QString& mhtPath);
     /// Lets the user choose files and adds them one by one.
     void OnAddAttachment();
     void OnScreenCapture(int hideMainWnd);

@@ -8,6 +8,7 @@
 #include "noteattach/ExData.h"
 #include "noteattach/ModifyTimes.h"
 #include "noteattach/Rewrite.h"
+#include "notestore/MhtExport.h"
 #include "notestore/NoteAttachRemoval.h"
 #include "support/Paths.h"
 
@@ -98,4 +99,30 @@ bool NmWebNoteHandler::path_is_folder(const QString& path)
 QString NmWebNoteHandler::extract_foldername(const QString& path)
 {
     return ::extract_foldername(path);
+}
+
+int NmWebNoteHandler::NoteHtmlContentToMhtFile(const QString& html, const QString& mhtPath)
+{
+    return notestore::NoteHtmlContentToMhtFile(html, mhtPath);
+}
+
+int NmWebNoteHandler::NoteHtmlFileToMhtFile(const QString& htmlPath, const QString& mhtPath)
+{
+    return notestore::NoteHtmlFileToMhtFile(htmlPath, mhtPath);
+}
+
+int NmWebNoteHandler::NoteHtmlContentToMhtFileWithPictures(
+    const QString& html, const QString& mhtPath)
+{
+    return notestore::NoteHtmlContentToMhtFileWithPictures(html, mhtPath);
+}
+
+int NmWebNoteHandler::HtmlConvert(const QString& html, QString& converted)
+{
+    return notestore::HtmlConvert(html, converted);
+}
+
+int NmWebNoteHandler::HtmlToMht(const QString& html, const QString& mhtPath)
+{
+    return notestore::HtmlToMht(html, mhtPath);
 }

@@ -6,7 +6,10 @@
 #include "bridge/OpenNote.h"
 #include "bridge/PageBridge.h"
 #include "bridge/PageRequests.h"
+#include "clipdrag/CopyNotify.h"
+#include "clipdrag/EditKeys.h"
 #include "clipdrag/FileDrag.h"
+#include "clipdrag/Paste.h"
 #include "editor/NmWebNoteHandler.h"
 #include "platform/Boxes.h"
 #include "platform/FileDialog.h"
@@ -14,7 +17,7 @@
 #include "platform/ImportProgress.h"
 
 /// The record of the open note and the rooms that work on it.
-struct NmWebNoteHandler::Rooms : PageRequests {
+struct NmWebNoteHandler::Rooms : PageRequests, KeyActs {
     explicit Rooms(NmWebNoteHandler& handler);
     /// Rooms of another handler over a copy of the records.
     Rooms(NmWebNoteHandler& handler, const Rooms& other);
@@ -38,6 +41,9 @@ struct NmWebNoteHandler::Rooms : PageRequests {
     Adder adder{note, bridge, boxes, progress};
     FileChooser chooser{page, adder, boxes, fileDialog, progress};
     FileDrag fileDrag{drag, note, page, &m_dropHelper};
+    Paste paste{note, adder, boxes};
+    CopyNotify copyNotify{note};
+    EditKeys editKeys{note, page, copyNotify, paste, *this};
 
     void dblClickAttachment(const QString& path, const QString& origName) override;
     void addAttachment() override;
@@ -47,4 +53,7 @@ struct NmWebNoteHandler::Rooms : PageRequests {
         const QString& fileName, const QString& origName, const QString& rangeHtml) override;
     void writeEditorLog(const QString& type, const QString& msg) override;
     void screenCapture(bool hideMainWnd) override;
+
+    void CancleHighlight() override;
+    void Cut() override;
 };

@@ -16,6 +16,7 @@ public:
         , m_copied(bodyBegin)
         , m_cut{bodyBegin, bodyBegin}
     {
+        m_result.reserve(html.size() - bodyBegin);
     }
     void cut(const Piece& piece);
     void replace(const Piece& piece, const QString& text);

@@ -261,26 +261,29 @@ QString decodeText(QStringView raw, TextPlace place)
 QString encodeAttributeValue(QStringView value)
 {
     QString result;
-    result.reserve(value.size() + 16);
+    result.reserve(value.size() + value.size() / 4 + 16);
+    qsizetype copied = 0;
+    const auto replaceAt = [&](qsizetype i, QStringView by) {
+        result += value.sliced(copied, i - copied);
+        result += by;
+        copied = i + 1;
+    };
     for (qsizetype i = 0; i < value.size(); ++i) {
         const QChar unit = value[i];
-        if (unit == u'&') {
-            result += QLatin1StringView("&amp;");
-        } else if (unit == u'"') {
-            result += QLatin1StringView("&quot;");
-        } else if (unit == QChar::Nbsp) {
-            result += QLatin1StringView("&nbsp;");
-        } else if (unit == u'\r') {
-            result += QLatin1StringView("&#13;");
-        } else if (unit.isHighSurrogate() && i + 1 < value.size()
-            && value[i + 1].isLowSurrogate()) {
-            result += unit;
-            result += value[++i];
-        } else {
-            result +=
-                unit.isNull() || unit.isSurrogate() ? QChar(QChar::ReplacementCharacter) : unit;
-        }
+        if (unit == u'&')
+            replaceAt(i, u"&amp;");
+        else if (unit == u'"')
+            replaceAt(i, u"&quot;");
+        else if (unit == QChar::Nbsp)
+            replaceAt(i, u"&nbsp;");
+        else if (unit == u'\r')
+            replaceAt(i, u"&#13;");
+        else if (unit.isHighSurrogate() && i + 1 < value.size() && value[i + 1].isLowSurrogate())
+            ++i;
+        else if (unit.isNull() || unit.isSurrogate())
+            replaceAt(i, u"\uFFFD");
     }
+    result += value.sliced(copied);
     return result;
 }
 

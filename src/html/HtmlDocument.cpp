@@ -27,6 +27,21 @@ qsizetype nameEnd(QStringView tag)
     return std::find_if(tag.begin() + 1, tag.end(), endsName) - tag.begin();
 }
 
+// The value as it will be read from the text.
+QString asReadBack(const QString& value)
+{
+    const bool isWhole = std::none_of(
+        value.begin(), value.end(), [](QChar c) { return c.isNull() || c.isSurrogate(); });
+    return isWhole ? value : decodeText(encodeAttributeValue(value), TextPlace::Attribute);
+}
+
+void appendQuoted(QString& text, const QString& value)
+{
+    text += u'"';
+    text += encodeAttributeValue(value);
+    text += u'"';
+}
+
 QStringView nameOf(QStringView tag, const AttributeSpan& span)
 {
     return tag.sliced(span.nameBegin, span.nameEnd - span.nameBegin);
@@ -77,7 +92,7 @@ std::optional<QString> HtmlDocument::attribute(qsizetype element, QLatin1StringV
 {
     if (const Change* change = changeOf(element)) {
         for (const auto& [changedName, value] : change->attributes) {
-            if (changedName == name)
+            if (QLatin1StringView(changedName) == name)
                 return value;
         }
     }
@@ -96,14 +111,14 @@ bool HtmlDocument::setAttribute(qsizetype element, QLatin1StringView name, const
 {
     if (!isAttributeName(name))
         return false;
-    const QString readBack = decodeText(encodeAttributeValue(value), TextPlace::Attribute);
-    for (auto& [changedName, changedValue] : m_changes[element].attributes) {
-        if (changedName == name) {
-            changedValue = readBack;
+    std::vector<NameValue>& changed = m_changes[element].attributes;
+    for (auto& [changedName, changedValue] : changed) {
+        if (QLatin1StringView(changedName) == name) {
+            changedValue = asReadBack(value);
             return true;
         }
     }
-    m_changes[element].attributes.emplace_back(name, readBack);
+    changed.emplace_back(QByteArray(name.data(), name.size()), asReadBack(value));
     return true;
 }
 
@@ -120,11 +135,12 @@ QString HtmlDocument::changedTag(qsizetype element, const Change& change) const
     std::vector<NameValue> missing = change.attributes;
     const qsizetype head = nameEnd(tag);
     QString tail;
+    tail.reserve(tag.size());
     qsizetype copied = head;
     AttributeReader reader(tag, head);
     for (AttributeSpan span; !missing.empty() && reader.next(span);) {
         const auto set = std::find_if(missing.begin(), missing.end(), [&](const NameValue& entry) {
-            return equalsLower(nameOf(tag, span), QLatin1StringView(entry.first.toLatin1()));
+            return equalsLower(nameOf(tag, span), QLatin1StringView(entry.first));
         });
         if (set == missing.end())
             continue;
@@ -133,16 +149,23 @@ QString HtmlDocument::changedTag(qsizetype element, const Change& change) const
         tail += tag.sliced(copied, begin - copied);
         if (!span.hasEquals)
             tail += u'=';
-        tail += u'"' + encodeAttributeValue(set->second) + u'"';
+        appendQuoted(tail, set->second);
         copied = span.valueEnd + quote;
         missing.erase(set);
     }
     tail += tag.sliced(copied);
 
-    QString result = tag.first(head).toString();
-    for (const auto& [name, value] : missing)
-        result += u' ' + name + QLatin1StringView("=\"") + encodeAttributeValue(value) + u'"';
-    return result + tail;
+    QString result;
+    result.reserve(2 * tag.size());
+    result += tag.first(head);
+    for (const auto& [name, value] : missing) {
+        result += u' ';
+        result += QLatin1StringView(name);
+        result += u'=';
+        appendQuoted(result, value);
+    }
+    result += tail;
+    return result;
 }
 
 QString HtmlDocument::bodyInnerHtml() const

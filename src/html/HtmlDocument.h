@@ -2,6 +2,7 @@
 
 #include "html/ScanResult.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -95,7 +96,7 @@ public:
     QString bodyText() const;
 
 private:
-    using NameValue = std::pair<QString, QString>;
+    using NameValue = std::pair<QByteArray, QString>;
     struct Change {
         bool removed = false;
         std::vector<NameValue> attributes; // those set, in the order of their first setting

@@ -3,6 +3,8 @@
 #include "support/Json.h"
 #include "support/Text.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -13,6 +15,11 @@ namespace {
 constexpr char kKey[] = "OrigName_B64";
 constexpr std::string_view kHead = "{\"OrigName_B64\":\"";
 constexpr std::string_view kTail = "\"}";
+
+QLatin1StringView latin1(std::string_view text)
+{
+    return QLatin1StringView(text.data(), qsizetype(text.size()));
+}
 
 bool isBase64Unit(char unit)
 {
@@ -52,8 +59,8 @@ QString GetOrigNameFromJson(const QString& json)
 QString FormatOrigNameToJson(const QString& origName)
 {
     const std::string name = WideToAnsi(origName);
-    return QStringLiteral("{\"OrigName_B64\":\"%1\"}")
-        .arg(AnsiToWide(Base64Encode(name.data(), name.size())));
+    const std::string coded = Base64Encode(name.data(), name.size());
+    return latin1(kHead) + latin1(coded) + latin1(kTail);
 }
 
 int IsPicFileType(const QString& name)

@@ -10,25 +10,20 @@
 namespace {
 
 constexpr QLatin1StringView kExData("nm_exdata");
+constexpr QLatin1StringView kClass("class");
 
 // An element of the new form has `nm_exdata`; a picture that is no attachment has no path in its
 // class.
-bool isOldAttachment(const HtmlDocument& document, qsizetype element, const QString& classText)
-{
-    if (!document.attribute(element, kExData).value_or(QString()).isEmpty())
-        return false;
-    return classText.contains(u'/') || classText.contains(u'\\');
-}
-
 bool addExData(HtmlDocument& document)
 {
     bool changed = false;
     for (qsizetype i = 0; i < document.elementCount(); ++i) {
-        const QString classText =
-            document.attribute(i, QLatin1StringView("class")).value_or(QString());
-        if (!isOldAttachment(document, i, classText))
+        if (!document.attribute(i, kExData).value_or(QString()).isEmpty())
             continue;
-        const QString origName = noteattach::LastComponent(classText);
+        const QString path = document.attribute(i, kClass).value_or(QString());
+        const QString origName = noteattach::LastComponent(path);
+        if (origName.size() == path.size())
+            continue; // no separator
         document.setAttribute(i, kExData, noteattach::FormatOrigNameToJson(origName));
         changed = true;
     }

@@ -2,14 +2,13 @@
 
 #include "notestore/HtmlFileUpgrade.h"
 #include "notestore/NoteFile.h"
+#include "notestore/StorePath.h"
 #include "support/DiskFile.h"
 #include "support/FileMd5.h"
 #include "support/Log.h"
 #include "support/Paths.h"
 #include "support/Text.h"
 #include "support/TimeText.h"
-
-#include <QDir>
 
 #include <new>
 #include <optional>
@@ -71,9 +70,7 @@ void fillRecord(NewAttachFile& record, const QString& name, const QString& full)
 
 int saveToStore(QString& html, NewAttachFile& record, NOTE_HTML_VER_NUMBER* version)
 {
-    // Not made here: a store that is not there is a failed open.
-    const QString dir = GetAppDir() + QStringLiteral("userdata") + QDir::separator()
-        + QStringLiteral("attachment") + QDir::separator();
+    const QString dir = notestore::StoreBase();
     const NOTE_HTML_VER_NUMBER toWrite = upgraded(html, version);
 
     UnfinishedFile temporary(dir + CreateGuidString() + QStringLiteral(".tmp"));

@@ -35,6 +35,27 @@ bool passesProcedure(const QEvent& event)
     }
 }
 
+/// Whether the engine takes an edit command from this key's override. It keeps the command for the
+/// press behind it, and for whatever key comes next if that press is used up. So it is shown such
+/// an override only when the press goes on to it.
+bool carriesEditCommand(const QKeyEvent& key)
+{
+    using Q = QKeySequence;
+    for (const auto sequence :
+        {Q::Paste, Q::Delete, Q::Cut, Q::Copy, Q::Undo, Q::Redo, Q::SelectAll}) {
+        if (key.matches(sequence))
+            return true;
+    }
+    return false;
+}
+
+QKeyEvent overrideOf(const QKeyEvent& press)
+{
+    return QKeyEvent(QEvent::ShortcutOverride, press.key(), press.modifiers(),
+        press.nativeScanCode(), press.nativeVirtualKey(), press.nativeModifiers(), press.text(),
+        press.isAutoRepeat(), quint16(press.count()));
+}
+
 } // namespace
 
 IEWebBrowser::IEWebBrowser()
@@ -165,6 +186,12 @@ const KeyState& IEWebBrowser::Keys() const
     return d->keys;
 }
 
+void IEWebBrowser::Cut()
+{
+    if (d->view)
+        d->page->triggerAction(QWebEnginePage::Cut);
+}
+
 bool IEWebBrowser::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != d->inputWidget || !passesProcedure(*event))
@@ -189,7 +216,19 @@ bool IEWebBrowser::eventFilter(QObject* watched, QEvent* event)
         }
         if (!self || !hwnd)
             return true;
+        if (carriesEditCommand(*key)) {
+            QKeyEvent heldBack = overrideOf(*key);
+            d->procedure(hwnd, &heldBack);
+        }
         break;
+    }
+    case QEvent::ShortcutOverride: {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (!carriesEditCommand(*key))
+            break;
+        // The engine's own answer: it acts on these where text can be edited.
+        key->setAccepted(hwnd->inputMethodQuery(Qt::ImEnabled).toBool());
+        return true;
     }
     case QEvent::KeyRelease:
         d->keys.release(*static_cast<QKeyEvent*>(event));

@@ -75,6 +75,11 @@ public:
     /// Calls a procedure that `SetBrowserWndProc` returned.
     static long CallWindowProc(WNDPROC procedure, QWidget* hwnd, QEvent* message);
 
+    /// The keys that are held.
+    const KeyState& Keys() const;
+    /// Gives the engine its cut command for what is selected. Returns at once.
+    void Cut();
+
     void SetJSCallFunNotify(IJSCallFunNotify* notify); ///< Not owned; null takes it away.
     void SetIEDragNotify(IIEDragNotify* notify); ///< Not owned; null takes it away.
     void SetIEUINotify(IIEUINotify* notify); ///< Not owned; null takes it away.
@@ -107,9 +112,6 @@ protected:
     void SetCallDeadline(int milliseconds);
     /// Sends a request to our own page on the private channel, without waiting.
     void PostPrivate(const QString& kind, const QString& text);
-    /// The keys that are held.
-    const KeyState& Keys() const;
-
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;

@@ -88,6 +88,30 @@ protected:
             names << noteattach::GetOrigNameFromJson(value.toString());
         return names;
     }
+    /// Opens a text, and puts the caret behind its third character by keys.
+    void caretInto(const QString& html)
+    {
+        handler().SetEditorHtml(html);
+        const QString count = QStringLiteral("doc.querySelectorAll('p').length");
+        ASSERT_TRUE(waitFor(
+            [&] { return bench.inNote(count).toInt() == int(html.count(QStringLiteral("<p>"))); }));
+        control().activateWindow();
+        bench.input()->setFocus();
+        bench.inNote(QStringLiteral("(doc.defaultView.focus(), doc.body.focus(), 1)"));
+        QTest::keyClick(bench.input(), Qt::Key_Home, Qt::ControlModifier);
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(bench.input(), Qt::Key_Right);
+        ASSERT_TRUE(waitFor([&] {
+            return bench.inNote(QStringLiteral("doc.getSelection().anchorOffset")).toInt() == 3;
+        }));
+    }
+    QString nodesOfFirstParagraph()
+    {
+        return bench
+            .inNote(QStringLiteral(
+                "[...doc.querySelector('p').childNodes].map(n => n.nodeName).join()"))
+            .toString();
+    }
     bool allShown()
     {
         return bench
@@ -219,28 +243,22 @@ TEST_F(Attaching, APictureThatIsNoneShowsThePlaceholder)
 
 TEST_F(Attaching, AttachmentsStandBehindEachOtherAtTheCaret)
 {
-    handler().SetEditorHtml(QStringLiteral("<p>one two</p>"));
-    ASSERT_TRUE(waitFor([&] {
-        return bench.inNote(QStringLiteral("doc.body.textContent.includes('two')")).toBool();
-    }));
-    control().activateWindow();
-    bench.input()->setFocus();
-    bench.inNote(QStringLiteral("(doc.defaultView.focus(), doc.body.focus(), 1)"));
-    QTest::keyClick(bench.input(), Qt::Key_Home, Qt::ControlModifier);
-    for (int i = 0; i < 3; ++i)
-        QTest::keyClick(bench.input(), Qt::Key_Right);
-    ASSERT_TRUE(waitFor([&] {
-        return bench.inNote(QStringLiteral("doc.getSelection().anchorOffset")).toInt() == 3;
-    }));
+    caretInto(QStringLiteral("<p>one two</p>"));
     offer({file(QStringLiteral("a.txt")), file(QStringLiteral("b.txt"))});
     enter();
     drop();
     EXPECT_EQ(inNote(), QStringList({QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
-    EXPECT_EQ(bench
-                  .inNote(QStringLiteral("[...doc.querySelector('p').childNodes].map("
-                                         "n => n.nodeName).join()"))
-                  .toString(),
-        QStringLiteral("#text,IMG,IMG,#text"));
+    EXPECT_EQ(nodesOfFirstParagraph(), QStringLiteral("#text,IMG,IMG,#text"));
+}
+
+TEST_F(Attaching, ALongNotesParagraphStaysOne)
+{
+    caretInto(QStringLiteral("<p>one two</p>")
+        + QStringLiteral("<p>some more of it</p>").repeated(20000));
+    offer({file(QStringLiteral("a.txt")), file(QStringLiteral("b.txt"))});
+    enter();
+    drop();
+    EXPECT_EQ(nodesOfFirstParagraph(), QStringLiteral("#text,IMG,IMG,#text"));
 }
 
 TEST_F(Attaching, ADropWhileAPageCallIsInFlightIsTaken)

@@ -4,7 +4,9 @@
 #include "editor/LiveControl.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QMessageBox>
+#include <QMimeData>
 
 TEST_F(Control, AChangedAttachmentWithoutARecordIsRefused)
 {
@@ -27,10 +29,17 @@ TEST_F(Control, AChangedAttachmentArrivesAsAMessage)
 TEST_F(Control, TheCopyMessageReachesItsHandler)
 {
     start();
+    const QString guid = newNote();
+    QFile copy(GetAttachFilePath(guid, QStringLiteral("x"), QStringLiteral("a.txt")));
+    ASSERT_TRUE(copy.open(QIODevice::WriteOnly));
+    copy.close();
+    QGuiApplication::clipboard()->clear();
     QCoreApplication::postEvent(bench->input(), new WindowMessage(WM_EDITOR_COPY));
-    QStringList lines;
-    EXPECT_TRUE(waitFor([&] { return !(lines += log.take()).isEmpty(); }));
-    EXPECT_TRUE(lines[0].contains(QStringLiteral("HandleCopyNotify")));
+    auto* data = new QMimeData;
+    data->setHtml(QStringLiteral("<img class='userdata\\attachment\\0.txt' nm_exdata='%1'>")
+                      .arg(NmWebNoteHandler::FormatOrigNameToJson(QStringLiteral("a.txt"))));
+    QGuiApplication::clipboard()->setMimeData(data);
+    EXPECT_TRUE(waitFor([] { return QGuiApplication::clipboard()->mimeData()->hasUrls(); }));
 }
 
 TEST_F(Control, ALinkClickStaysOnThePage)

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -324,6 +325,64 @@ TEST_F(HandlerWithAFile, TheClipboardsFilesAreListed)
     handler.GetFileListFromClipboard(list);
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(list[0].fileName, QStringLiteral("a.txt"));
+}
+
+TEST_F(HandlerWithAFile, CopyAndPasteAreForwarded)
+{
+    QClipboard* const clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    EXPECT_EQ(handler.DoCtrlC(), E_NOTIMPL);
+    EXPECT_EQ(handler.DoCtrlD(), S_OK);
+    EXPECT_EQ(handler.DoCtrlV(), E_NOTIMPL);
+    EXPECT_EQ(handler.DoCopyClipboardHtml(), E_NOTIMPL);
+    NmWebNoteHandler::CopyLogicResult result;
+    EXPECT_EQ(handler.DoCopyLogic({}, result), 1);
+    handler.AddAttachToClipboard({{QString(), QString(), data.urls()[0].toLocalFile()}});
+    EXPECT_EQ(clipboard->mimeData()->urls(), data.urls());
+    EXPECT_EQ(handler.DoCopyClipboardFile(), S_OK);
+    EXPECT_TRUE(QFile::exists(workingCopy()));
+}
+
+TEST_F(HandlerWithAFile, TheClipboardsHtmlIsReadAsThatOfTheOpenNote)
+{
+    auto* offered = new QMimeData;
+    offered->setHtml(QStringLiteral("text<img class='userdata\\attachment\\0.txt' nm_exdata='%1'>")
+                         .arg(NmWebNoteHandler::FormatOrigNameToJson(QStringLiteral("a.txt"))));
+    QGuiApplication::clipboard()->setMimeData(offered);
+    std::vector<NewAttachFile> list;
+    QString plainText;
+    handler.AnalyHtmlDataFromClipboard(list, plainText);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].filePath, workingCopy());
+    EXPECT_EQ(plainText, QStringLiteral("text"));
+}
+
+TEST_F(HandlerWithAFile, ANoteGoesOnTheClipboardWithWholePathsToItsPictures)
+{
+    const QString html = QStringLiteral("文<img src=\"../userdata\\attachment\\p.png\">");
+    EXPECT_EQ(NmWebNoteHandler::OnCopyContent(html), 1);
+    const QString copied = QString::fromUtf8(
+        QGuiApplication::clipboard()->mimeData()->data(QStringLiteral("text/html")));
+    EXPECT_TRUE(copied.startsWith(u'文'));
+    EXPECT_TRUE(copied.contains(GetAttachmentDir())) << qPrintable(copied);
+    EXPECT_EQ(NmWebNoteHandler::OnCopyContent(QString()), 0);
+
+    QFile note(dir.filePath(QStringLiteral("n.html")));
+    ASSERT_TRUE(note.open(QIODevice::WriteOnly));
+    note.write(html.toUtf8());
+    note.close();
+    NmWebNoteHandler::ClearCopyData();
+    EXPECT_EQ(NmWebNoteHandler::OnCopyHtml(note.fileName()), 1);
+    EXPECT_EQ(QGuiApplication::clipboard()->mimeData()->data(QStringLiteral("text/html")),
+        copied.toUtf8());
+    EXPECT_EQ(NmWebNoteHandler::OnCopyHtml(dir.filePath(QStringLiteral("gone"))), 0);
+}
+
+TEST(NmWebNoteHandler, WithoutABrowserEveryKeyIsLeftAlone)
+{
+    NmWebNoteHandler handler;
+    const QKeyEvent key(QEvent::KeyPress, Qt::Key_F5, Qt::NoModifier);
+    EXPECT_EQ(handler.OnTranslateAccelerator(&key), E_NOTIMPL);
 }
 
 TEST(NmWebNoteHandler, FileOperationsAreForwarded)

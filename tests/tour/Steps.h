@@ -39,6 +39,9 @@ void filesAreDroppedFromAFileManager(Tour& tour);
 void twoMoreAreChosenInTheDialog(Tour& tour);
 void aSecondFileOfThatNameGetsANumber(Tour& tour);
 void aFolderAndAnEmptyFileAreRefused(Tour& tour);
+void copiedAttachmentsAreFilesElsewhere(Tour& tour);
+void filesAndHtmlOfOtherProgramsArePasted(Tour& tour);
+void anExportIsOneFileWithPictures(Tour& tour);
 void aCardOpensAndARestartKeepsAll(Tour& tour);
 
 // StepsKeeping.cpp again: how it looks elsewhere.

@@ -1,6 +1,7 @@
 // Files become attachments: dragged from another program, chosen in the dialog, opened, kept.
 
 #include "Steps.h"
+#include "TestDisplay.h"
 #include "Tour.h"
 
 #include <QFile>
@@ -17,6 +18,14 @@ namespace {
 const QString pictures = noteDocument + u".querySelectorAll('img[nm_exdata]').length"_s;
 const QString allShown = u"[..."_s + noteDocument
     + u".querySelectorAll('img[nm_exdata]')].every(e => e.complete && e.naturalWidth > 0)"_s;
+
+/// The card of a file with that extension.
+QString card(const QString& extension)
+{
+    return u"[..."_s + noteDocument
+        + u".querySelectorAll('img[nm_exdata]')].find(e => e.getAttribute('class').endsWith('%1'))"_s
+              .arg(extension);
+}
 
 void writeFile(const QString& path, qint64 size)
 {
@@ -71,8 +80,9 @@ void filesAreDroppedFromAFileManager(Tour& tour)
         writeFile(files[i], 2000 + 700'000 * i);
     writePicture(files[3]);
     tour.startHost();
+    tour.expectText(u"Imported"_s); // the host is ready: it shows the note of the last time
     tour.key(u"ctrl+n"_s);
-    tour.expectText({});
+    tour.expect(u"the new note is there"_s, [&] { return tour.noteText().trimmed().isEmpty(); });
     tour.type(u"Trip"_s);
     tour.key(u"Return"_s);
     tour.drag(files, u"dropping"_s);
@@ -127,24 +137,75 @@ void aFolderAndAnEmptyFileAreRefused(Tour& tour)
     tour.expectPage(pictures + u" === 7"_s);
 }
 
+void copiedAttachmentsAreFilesElsewhere(Tour& tour)
+{
+    tour.clickElement(card(u".docx"_s));
+    tour.key(u"ctrl+c"_s);
+    tour.expect(u"another program is offered the file"_s, [] {
+        return runTool(
+            u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s, u"-t"_s, u"text/uri-list"_s})
+            .contains("Annual%20report.docx");
+    });
+}
+
+void filesAndHtmlOfOtherProgramsArePasted(Tour& tour)
+{
+    const QString file = tour.desktopFile(u"pasted.txt"_s);
+    writeFile(file, 77);
+    const auto offer = [&](const QString& type, const QByteArray& content) {
+        const QString source = tour.desktopFile(u"offered"_s);
+        QFile written(source);
+        if (!written.open(QIODevice::WriteOnly) || written.write(content) != content.size())
+            throw StepFailure("cannot write what is offered");
+        written.close();
+        runTool(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, type, u"-i"_s, source});
+    };
+    tour.clickNote();
+    offer(u"text/uri-list"_s, QUrl::fromLocalFile(file).toEncoded() + "\r\n");
+    tour.key(u"ctrl+v"_s);
+    tour.expectPage(pictures + u" === 8 && "_s + allShown);
+    offer(u"text/html"_s,
+        "<html><body><h2 onclick='x()'>From a page</h2><script>x()</script><ul><li>one</ul>");
+    tour.key(u"ctrl+v"_s);
+    tour.expectPage(
+        noteDocument + u".querySelector('h2:not([onclick])')?.textContent === 'From a page'"_s);
+    tour.expectPage(u"!"_s + noteDocument + u".querySelector('script')"_s);
+    tour.key(u"ctrl+s"_s);
+    expectAttached(tour, file);
+    tour.shot(u"pasted"_s);
+}
+
+void anExportIsOneFileWithPictures(Tour& tour)
+{
+    const QString file = tour.desktopFile(u"trip.mht"_s);
+    tour.key(u"ctrl+shift+s"_s);
+    tour.expectWindow(u"nomarhost"_s, 2);
+    tour.type(file);
+    tour.key(u"Return"_s);
+    tour.expect(u"the file holds the note and its pictures"_s, [&] {
+        QFile exported(file);
+        const QByteArray content =
+            exported.open(QIODevice::ReadOnly) ? exported.readAll() : QByteArray();
+        return content.contains("multipart/related") && content.contains("Trip")
+            && content.contains("cid:") && content.count("Content-Type: image/") >= 8;
+    });
+}
+
 void aCardOpensAndARestartKeepsAll(Tour& tour)
 {
-    tour.clickElement(u"[..."_s + noteDocument
-            + u".querySelectorAll('img[nm_exdata]')]"
-              ".find(e => e.getAttribute('class').endsWith('.docx'))"_s,
-        2);
+    tour.clickElement(card(u".docx"_s), 2);
     tour.expect(u"the desktop is asked to open the document"_s,
         [&] { return tour.openedByDesktop().contains(u"Annual"_s); });
     tour.quitHost();
     tour.startHost();
     tour.expectText(u"Trip"_s);
-    tour.expectPage(pictures + u" === 7 && "_s + allShown);
+    tour.expectPage(pictures + u" === 8 && "_s + allShown);
     // Their sizes came back with them, or nothing more could be added.
     const QString late = tour.desktopFile(u"late.txt"_s);
     writeFile(late, 10);
     tour.clickNote();
     tour.drag({late});
-    tour.expectPage(pictures + u" === 8 && "_s + allShown);
+    tour.expectPage(pictures + u" === 9 && "_s + allShown);
     tour.key(u"ctrl+s"_s);
     expectAttached(tour, late);
     tour.quitHost();

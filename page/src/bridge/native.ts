@@ -40,6 +40,9 @@ export const channel = {
     draft: (load: number, html: string) =>
         window.nomarPrivate?.post("draft", `{"load":${load},"html":"${html}"}`),
     copied: () => window.nomarPrivate?.post("copied", ""),
+    connected: () => window.nomarPrivate !== undefined,
+    pictures: (paste: number, sources: string[]) =>
+        window.nomarPrivate?.post("pictures", JSON.stringify({ paste, sources })),
 };
 
 export const settings = {

@@ -65,6 +65,16 @@ const privateKinds: Record<string, Method> = {
         editor.theme.set(parseObject(argument)?.["dark"] === true);
         return done;
     },
+    pictures: (editor, argument) => {
+        const { paste, digests } = parseObject(argument) ?? {};
+        if (!Array.isArray(digests)) return refused("digests is missing");
+        editor.pastedPictures.known(Number(paste), digests.map(text));
+        return done;
+    },
+    picturesDone: (editor, argument) => {
+        editor.pastedPictures.done(Number(parseObject(argument)?.["paste"]));
+        return done;
+    },
     focus: (editor) => {
         editor.focusNote();
         return done;

@@ -3,12 +3,38 @@
 import { channel } from "../bridge/native";
 import type { Editor } from "../editor";
 import { codePoints, countCharacters, plainText } from "../note/plaintext";
-import { sanitiseForeign } from "../note/sanitise";
+import { readPasted } from "../paste/foreign";
 
-/** Inserts `html` at the selection, sanitised, or refuses it whole when it is over the limit. */
-function insertForeign(editor: Editor, html: string): void {
-    const body = sanitiseForeign(html);
-    if (editor.limit.admits(countCharacters(body))) editor.exec("insertHTML", body.innerHTML);
+/** Stands beside what a note's own copy puts up: HTML that needs no clean-up. */
+const ownMark = "application/x-nomar-note";
+
+/**
+ * From so many on, what is pasted goes in as one block: the engine's command takes a time that grows
+ * with the square of the nodes side by side, half a minute for a megabyte.
+ */
+const manyNodes = 200;
+
+/**
+ * Inserts `html` at the selection, cleaned, or refuses it whole when it is over the limit. With
+ * pictures that have to be fetched first it goes in when they are there, where the caret was then.
+ */
+function insertForeign(editor: Editor, html: string, own: boolean): void {
+    const { body, pictures } = readPasted(html, own);
+    if (!editor.limit.admits(countCharacters(body))) return;
+    const place = editor.selection.range()?.cloneRange();
+    let waited = false;
+    editor.pastedPictures.bringIn(body, pictures, (complete) => {
+        if (waited) {
+            if (place && editor.frame.body.contains(place.startContainer))
+                editor.selection.set(place);
+            if (!editor.limit.admits(countCharacters(complete))) return;
+        }
+        const html = complete.innerHTML;
+        const many = complete.childNodes.length > manyNodes;
+        editor.exec("insertHTML", many ? `<div>${html}</div>` : html);
+        editor.selection.reveal();
+    });
+    waited = true;
 }
 
 function insertPlain(editor: Editor, text: string): void {
@@ -19,7 +45,8 @@ function insertData(editor: Editor, data: DataTransfer): void {
     const html = data.getData("text/html");
     const text = data.getData("text/plain");
     // Code stays code: no foreign markup between its lines.
-    if (html && !editor.selection.closest("pre,code")) insertForeign(editor, html);
+    if (html && !editor.selection.closest("pre,code"))
+        insertForeign(editor, html, data.types.includes(ownMark));
     else if (text) insertPlain(editor, text);
     editor.selection.reveal();
 }
@@ -30,6 +57,7 @@ function copy(editor: Editor, event: ClipboardEvent): boolean {
     const fragment = editor.selection.fragment(range);
     event.preventDefault();
     event.clipboardData.setData("text/html", fragment.innerHTML);
+    event.clipboardData.setData(ownMark, "1");
     const text = plainText(fragment);
     if (text) event.clipboardData.setData("text/plain", text);
     // The data reaches the clipboard when this event is over.

@@ -16,6 +16,7 @@ export interface NewAttachment {
 export function insertAttachment(editor: Editor, attachment: NewAttachment): Reply {
     if (editor.readOnly) return refused("the note is read-only");
     if (!attachment.src || !attachment.path) return refused("picpath or strData is missing");
+    if (editor.pastedPictures.takes(attachment)) return done;
     editor.finishLoading();
     if (!editor.caretPlaced) editor.selection.toEnd();
     const src = escapeAttribute(attachment.src);
@@ -26,6 +27,13 @@ export function insertAttachment(editor: Editor, attachment: NewAttachment): Rep
     editor.caretPlaced = true;
     editor.selection.reveal();
     return done;
+}
+
+/** Makes an `img` of a text that is not in the note yet an attachment. */
+export function setAttachment(element: Element, { src, path, exdata }: NewAttachment): void {
+    element.setAttribute("class", path);
+    for (const name of ["src", "data-ke-src", "nmimgsrc"]) element.setAttribute(name, src);
+    element.setAttribute("nm_exdata", exdata);
 }
 
 /** Gives every element with this `nm_exdata` its new file and picture. */
@@ -109,6 +117,11 @@ function hasPath(element: Element): boolean {
     return /[\\/]/.test(element.getAttribute("class") ?? "");
 }
 
+/** The path of an attachment. Old notes have slashes in it, and native code parts it at backslashes. */
+function storePath(element: Element): string {
+    return (element.getAttribute("class") ?? "").replaceAll("/", "\\");
+}
+
 /** The attachment that an event happened on, if any. */
 export function attachmentAt(target: EventTarget | null): HTMLImageElement | null {
     const element = target as Element | null;
@@ -130,7 +143,7 @@ export function listenToAttachments(editor: Editor): void {
             if (!element) return;
             event.preventDefault();
             native.openAttachment(
-                element.getAttribute("class") ?? "",
+                storePath(element),
                 element.getAttribute("nm_exdata") ?? "",
             );
         });
@@ -143,7 +156,7 @@ export function listenToAttachments(editor: Editor): void {
             if (!element) return;
             event.preventDefault();
             native.rightClickAttachment(
-                element.getAttribute("class") ?? "",
+                storePath(element),
                 element.getAttribute("nm_exdata") ?? "",
                 editor.selection.html(),
             );

@@ -13,7 +13,7 @@ const elements = names(
 /** No `id` or `name`: they can take the place of a document's own properties. */
 const attributes = names(
     "class style align valign title alt width height color face size bgcolor border cellpadding " +
-        "cellspacing colspan rowspan nm_exdata data-ke-src nmimgsrc",
+        "cellspacing colspan rowspan span start type value dir nm_exdata data-ke-src nmimgsrc",
 );
 const addresses = names("href src");
 const harmlessAddress = /^(?:https?:\/\/|mailto:|\.\.?[\\/]|userdata[\\/])/;

@@ -41,9 +41,9 @@ const stored: Config = {
 const foreign: Config = {
     ...common,
     // Another document's style sheet would restyle the whole note.
-    FORBID_TAGS: ["style", "form", "input", "button", "textarea", "select", "dialog"],
+    FORBID_TAGS: ["style", "noembed", "form", "input", "button", "textarea", "select", "dialog"],
     FORBID_ATTR: ["id", "name"],
-    RETURN_DOM: true,
+    IN_PLACE: true,
 };
 
 /**
@@ -56,7 +56,8 @@ export function sanitiseStored(container: HTMLElement): boolean {
     return false;
 }
 
-/** Pasted or dropped HTML, as an element of a document that is not shown. */
-export function sanitiseForeign(html: string): HTMLElement {
-    return DOMPurify.sanitize(html, foreign as Config & { RETURN_DOM: true }) as HTMLElement;
+/** Sanitises pasted or dropped nodes where they stand, in a document that is not shown. */
+export function sanitiseForeign(body: HTMLElement): HTMLElement {
+    if (!isHarmless(body)) DOMPurify.sanitize(body, foreign as Config & { IN_PLACE: true });
+    return body;
 }

@@ -1,0 +1,172 @@
+#include "clipdrag/PastedPicture.h"
+
+#include "attachfiles/Adder.h"
+#include "attachstore/FileRecord.h"
+#include "attachstore/ImageFile.h"
+#include "html/HtmlDocument.h"
+#include "noteattach/ExData.h"
+#include "platform/CGdiToolBox.h"
+#include "support/DiskFile.h"
+#include "support/FileMd5.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMimeData>
+#include <QUrl>
+
+namespace clipdrag {
+namespace {
+
+constexpr qint64 maxBytes = 64 * 1024 * 1024;
+
+/// What stands behind the comma of a `data:` address; null if it is none of a picture.
+QByteArray bytesOfData(const QString& source)
+{
+    const qsizetype comma = source.indexOf(u',');
+    if (comma < 0 || source.size() > maxBytes * 4 / 3 + comma + 4)
+        return {};
+    const QStringView head = QStringView(source).first(comma);
+    const QByteArray body =
+        QByteArray::fromPercentEncoding(QStringView(source).sliced(comma + 1).toLatin1());
+    if (!head.endsWith(u";base64", Qt::CaseInsensitive))
+        return body;
+    // Long addresses are wrapped by some programs.
+    const QByteArray packed = body.simplified().replace(' ', QByteArray());
+    const auto decoded =
+        QByteArray::fromBase64Encoding(packed, QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? *decoded : QByteArray();
+}
+
+QByteArray bytesOfFile(const QString& source)
+{
+    const QUrl url(QString(source).replace(u'\\', u'/'));
+    const QString path = url.toLocalFile();
+    InputFile file;
+    if (!url.host().isEmpty() || path.isEmpty() || path.contains(QChar::Null) || file.open(path)
+        || file.size() > maxBytes)
+        return {};
+    QByteArray bytes(file.size(), Qt::Uninitialized);
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 count = file.read(bytes.data() + done, std::size_t(bytes.size() - done));
+        if (count <= 0)
+            return {};
+        done += count;
+    }
+    return bytes;
+}
+
+QByteArray formatOf(const QByteArray& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return QImageReader::imageFormat(&buffer);
+}
+
+std::optional<DropFileInfo> temporaryPicture(const QByteArray& bytes, const QByteArray& format)
+{
+    const QString directory = GetTempDir();
+    const QString path = directory + CreateGuidString() + u'.' + QString::fromLatin1(format);
+    OutputFile file;
+    if (directory.isEmpty() || file.create(path))
+        return std::nullopt;
+    const bool written =
+        !file.write(bytes.constData(), std::size_t(bytes.size())) && !file.flushAndClose();
+    auto record = written ? attachstore::RecordOfPath(path) : std::nullopt;
+    if (!record)
+        QFile::remove(path);
+    else
+        record->isTempFile = true;
+    return record;
+}
+
+QByteArray asPng(const QImage& image)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    return image.save(&buffer, "PNG") ? png : QByteArray();
+}
+
+} // namespace
+
+std::set<QString> PicturesOnClipboard()
+{
+    std::set<QString> sources;
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (!data || !data->hasHtml())
+        return sources;
+    const QString html = data->html();
+    for (const char* tag : {"img", "v:imagedata"}) {
+        const HtmlDocument document(html, QLatin1StringView(tag));
+        for (qsizetype i = 0; i < document.elementCount(); ++i) {
+            if (const auto source = document.attribute(i, QLatin1StringView("src")))
+                sources.insert(source->trimmed());
+        }
+    }
+    return sources;
+}
+
+std::optional<DropFileInfo> ReadPastedPicture(const QString& source, const std::set<QString>& named)
+{
+    QByteArray bytes;
+    if (source.startsWith(u"data:image/", Qt::CaseInsensitive))
+        bytes = bytesOfData(source);
+    else if (source.startsWith(u"file:", Qt::CaseInsensitive) && named.contains(source))
+        bytes = bytesOfFile(source);
+    const QByteArray format = formatOf(bytes);
+    if (bytes.isEmpty() || format.isEmpty() || format.startsWith("svg"))
+        return std::nullopt;
+    const QImage image = CGdiToolBox::LoadImageFromMemory(bytes);
+    if (image.isNull())
+        return std::nullopt;
+    if (noteattach::IsPicFileType(u'.' + QString::fromLatin1(format)))
+        return temporaryPicture(bytes, format);
+    const QByteArray png = asPng(image);
+    return png.isEmpty() ? std::nullopt : temporaryPicture(png, "png");
+}
+
+PastedPictures::PastedPictures(Adder& adder, Post post)
+    : m_adder(adder)
+    , m_post(std::move(post))
+{
+}
+
+void PastedPictures::import(const QString& request)
+{
+    const QJsonObject asked = QJsonDocument::fromJson(request.toUtf8()).object();
+    const QJsonValue paste = asked.value(u"paste");
+    if (!paste.isDouble() || !asked.value(u"sources").isArray())
+        return;
+    const std::set<QString> named = PicturesOnClipboard();
+    std::vector<DropFileInfo> files;
+    QJsonArray digests;
+    for (const QJsonValue& source : asked.value(u"sources").toArray()) {
+        const auto picture = ReadPastedPicture(source.toString(), named);
+        digests.append(picture ? FileMd5(picture->filePath) : QString());
+        if (picture)
+            files.push_back(*picture);
+    }
+    const auto text = [](const QJsonObject& object) {
+        return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    };
+    const SameNote same = m_adder.sameNote();
+    m_post(QStringLiteral("pictures"),
+        text({{QStringLiteral("paste"), paste}, {QStringLiteral("digests"), digests}}));
+    if (!files.empty())
+        m_adder.AddDropFileToEditor(files);
+    attachstore::DelTempFileFromList(files);
+    if (same.isAlive())
+        m_post(QStringLiteral("picturesDone"), text({{QStringLiteral("paste"), paste}}));
+}
+
+} // namespace clipdrag
