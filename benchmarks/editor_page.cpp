@@ -56,19 +56,17 @@ void waitFor(QWebEnginePage& page, const QString& condition)
     }
 }
 
-void waitForPaint(QWebEnginePage& page, const QString& condition)
+PaintWatch::PaintWatch(QWebEnginePage& page, const QString& condition)
+    : m_condition(condition)
 {
     static int count = 0;
-    const QString token = QStringLiteral("painted %1").arg(++count);
-    bool painted = false;
-    QEventLoop loop;
-    const auto watch =
-        QObject::connect(&page, &QWebEnginePage::titleChanged, &loop, [&](const QString& title) {
-            painted = title == token;
-            if (painted)
-                loop.quit();
+    m_token = QStringLiteral("painted %1").arg(++count);
+    m_connection = QObject::connect(
+        &page, &QWebEnginePage::titleChanged, &m_loop, [this](const QString& title) {
+            m_painted = m_painted || title == m_token;
+            if (m_painted)
+                m_loop.quit();
         });
-    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
     page.runJavaScript(
         QStringLiteral("(() => {"
                        "  const frame = requestAnimationFrame;"
@@ -76,12 +74,27 @@ void waitForPaint(QWebEnginePage& page, const QString& condition)
                        "  const look = () => (%2) ? frame(() => frame(painted)) : frame(look);"
                        "  look();"
                        "})()")
-            .arg(token, condition));
-    QCoreApplication::postEvent(&loop, new QEvent(QEvent::None));
-    loop.exec();
-    QObject::disconnect(watch);
-    if (!painted)
-        giveUp(condition);
+            .arg(m_token, condition));
+}
+
+PaintWatch::~PaintWatch()
+{
+    QObject::disconnect(m_connection);
+}
+
+void PaintWatch::wait()
+{
+    QTimer::singleShot(kPatience, &m_loop, &QEventLoop::quit);
+    QCoreApplication::postEvent(&m_loop, new QEvent(QEvent::None));
+    if (!m_painted)
+        m_loop.exec();
+    if (!m_painted)
+        giveUp(m_condition);
+}
+
+void waitForPaint(QWebEnginePage& page, const QString& condition)
+{
+    PaintWatch(page, condition).wait();
 }
 
 void settle(int milliseconds)

@@ -3,6 +3,7 @@
 // Running script in a page of the engine and waiting for what it does: the tools that both sides of
 // a browser benchmark are measured with.
 
+#include <QEventLoop>
 #include <QString>
 #include <QVariant>
 
@@ -17,8 +18,26 @@ QVariant evaluate(QWebEnginePage& page, const QString& script);
 /// after a minute.
 void waitFor(QWebEnginePage& page, const QString& condition);
 
-/// Waits until \a condition is true and two frames have been painted since. Throws as waitFor does.
-/// The page itself watches, once per frame, so that the time of the call is the time of the paint.
+/// Watches for the paint that shows what makes \a condition true: two frames have been painted
+/// since. The page itself watches, once per frame, so that the time of the wait is the time of the
+/// paint.
+class PaintWatch {
+public:
+    PaintWatch(QWebEnginePage& page, const QString& condition);
+    ~PaintWatch();
+
+    /// Throws as waitFor does.
+    void wait();
+
+private:
+    QString m_condition;
+    QString m_token;
+    QEventLoop m_loop;
+    QMetaObject::Connection m_connection;
+    bool m_painted = false;
+};
+
+/// A watch that begins now, and its wait.
 void waitForPaint(QWebEnginePage& page, const QString& condition);
 
 /// Lets the event loop run until the machine has had \a milliseconds to finish what was begun.

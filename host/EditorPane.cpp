@@ -76,6 +76,12 @@ bool EditorPane::saveNote()
     return saved == inPage;
 }
 
+void EditorPane::highlight(const QString& word)
+{
+    if (m_ready)
+        m_control.Handler().HighlightText(word);
+}
+
 QString EditorPane::exportNote(const QString& path, bool withPictures)
 {
     saveNote(); // what counts as saved is exported

@@ -31,6 +31,8 @@ public:
     /// text is still in the page.
     bool saveNote();
 
+    /// Paints the word over the open note; an empty one takes the paint away.
+    void highlight(const QString& word);
     /// Writes the open note as one file, with or without its pictures. Empty on success, else why
     /// not.
     QString exportNote(const QString& path, bool withPictures);

@@ -45,7 +45,10 @@ void MainWindow::makeToolBar()
     m_search->setMaxLength(200);
     m_search->setFixedWidth(250);
     bar->addWidget(m_search);
-    connect(m_search, &QLineEdit::textChanged, this, &MainWindow::refresh);
+    connect(m_search, &QLineEdit::textChanged, this, [this] {
+        refresh();
+        highlight();
+    });
     QAction* find = m_search->addAction(QIcon(u":/search.svg"_s), QLineEdit::LeadingPosition);
     find->setShortcut(QKeySequence::Find);
     connect(find, &QAction::triggered, m_search, [this] { m_search->setFocus(); });
@@ -161,8 +164,14 @@ void MainWindow::openNote(const QString& guid)
     if (m_pane->isReady() && guid != m_pane->noteGuid() && m_pane->saveNote()) {
         const auto note = m_shelf.note(guid);
         m_pane->openNote(note ? guid : QString(), note && (note->readOnly || note->binned));
+        highlight();
     }
     refresh();
+}
+
+void MainWindow::highlight()
+{
+    m_pane->highlight(m_search->text().trimmed().section(u' ', 0, 0));
 }
 
 void MainWindow::setReadOnly(bool readOnly)

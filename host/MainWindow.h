@@ -27,6 +27,7 @@ private:
     void start();
     void newNote();
     void openNote(const QString& guid);
+    void highlight();
     void setReadOnly(bool readOnly);
     void setBinned(bool binned);
     void emptyBin();

@@ -10,6 +10,7 @@ import { listenToLinks } from "./edit/links";
 import { NoteSelection } from "./edit/selection";
 import { AttachmentUpdate, listenToAttachments } from "./note/attachments";
 import { Content } from "./note/content";
+import { Highlights } from "./note/highlight";
 import { Loader } from "./note/loader";
 import { PastedPictures } from "./paste/pictures";
 import { chinese, english, Strings } from "./strings";
@@ -29,6 +30,7 @@ export class Editor {
     readonly limit: Limit;
     readonly theme: Theme;
     readonly draft: Draft;
+    readonly highlights: Highlights;
     readonly pastedPictures = new PastedPictures(this);
     /** The newest file and picture of attachments that changed while this note was open. */
     readonly attachmentUpdates = new Map<string, AttachmentUpdate>();
@@ -52,6 +54,7 @@ export class Editor {
         this.limit = new Limit(this);
         this.theme = new Theme(this.frame);
         this.draft = new Draft(this);
+        this.highlights = new Highlights(this);
         this.content.onChange(() => this.stateChanged());
         listenToKeys(this);
         listenToClipboard(this);

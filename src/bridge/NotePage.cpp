@@ -6,13 +6,23 @@ NotePage::~NotePage() = default;
 
 long BrowserNotePage::call(const QString& method, const QString& argument, QString& reply)
 {
+    return run(QStringLiteral("jsProcessor"), method, argument, reply);
+}
+
+long BrowserNotePage::request(const QString& kind, const QString& text, QString& reply)
+{
+    return run(QStringLiteral("nomarPagePrivate"), kind, text, reply);
+}
+
+long BrowserNotePage::run(
+    const QString& function, const QString& name, const QString& text, QString& reply)
+{
     if (!m_browser)
         return PAGE_CALL_FAILED;
-    std::vector<VARIANT> args;
-    args.insert(args.begin(), VARIANT::Text(method));
-    args.insert(args.begin(), VARIANT::Text(argument));
+    // The script's arguments in reverse.
+    const std::vector<VARIANT> args{VARIANT::Text(text), VARIANT::Text(name)};
     VARIANT result;
-    const long code = m_browser->ExecJSFun(QStringLiteral("jsProcessor"), args, result);
+    const long code = m_browser->ExecJSFun(function, args, result);
     reply = result.bstrVal;
     return code;
 }

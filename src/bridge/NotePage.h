@@ -15,6 +15,8 @@ public:
     /// Calls the page's `jsProcessor(method, argument)` and waits. Results as
     /// `IEWebBrowser::ExecJSFun`; `reply` is the text that came back.
     virtual long call(const QString& method, const QString& argument, QString& reply) = 0;
+    /// The same on the private channel to our own page: calls `nomarPagePrivate(kind, text)`.
+    virtual long request(const QString& kind, const QString& text, QString& reply) = 0;
     /// Waits for a page that has died. False if it does not come back; true also while there has
     /// been no page yet.
     virtual bool waitUntilBack() = 0;
@@ -33,10 +35,13 @@ public:
     }
 
     long call(const QString& method, const QString& argument, QString& reply) override;
+    long request(const QString& kind, const QString& text, QString& reply) override;
     bool waitUntilBack() override;
     void post(int message) override;
     QWidget* window() const override;
 
 private:
+    long run(const QString& function, const QString& name, const QString& text, QString& reply);
+
     IEWebBrowser* m_browser;
 };

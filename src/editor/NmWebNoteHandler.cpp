@@ -166,6 +166,16 @@ void NmWebNoteHandler::WinMessageNotify(QWidget*, unsigned message, quintptr, qi
         HandleCopyNotify();
 }
 
+int NmWebNoteHandler::HighlightText(const QString& keyword)
+{
+    return d->highlight.HighlightText(keyword);
+}
+
+int NmWebNoteHandler::CancleHighlight()
+{
+    return d->highlight.CancleHighlight();
+}
+
 int NmWebNoteHandler::SelectedAttach(const QString& keyword)
 {
     return d->bridge.SelectedAttach(keyword);

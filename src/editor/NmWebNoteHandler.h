@@ -89,6 +89,11 @@ public:
     void AddDropFileToEditor(const std::vector<DropFileInfo>& files);
     /// Numbers those of the new names whose base is in the note already: "a.txt" to "a(1).txt".
     void DoAttSameName(std::vector<DropFileInfo>& files);
+    /// Paints every hit of a search word over the note, and shows the first:
+    /// `highlight/Highlight.h`. An empty word takes the paint away. 0 if the page cannot be called,
+    /// else 1.
+    int HighlightText(const QString& keyword);
+    int CancleHighlight();
     /// Selects the attachment whose name holds `keyword` and shows it; 1 if there is one.
     int SelectedAttach(const QString& keyword);
     /// Names another stored file (`class`) and shown file (`src`) for the attachments of that

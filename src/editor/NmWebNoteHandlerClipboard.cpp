@@ -28,7 +28,10 @@ long NmWebNoteHandler::DoCtrlD()
     return d->editKeys.DoCtrlD();
 }
 
-void NmWebNoteHandler::Rooms::CancleHighlight() { }
+void NmWebNoteHandler::Rooms::CancleHighlight()
+{
+    highlight.CancleHighlight();
+}
 
 void NmWebNoteHandler::Rooms::Cut()
 {

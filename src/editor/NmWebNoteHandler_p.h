@@ -11,6 +11,7 @@
 #include "clipdrag/FileDrag.h"
 #include "clipdrag/Paste.h"
 #include "editor/NmWebNoteHandler.h"
+#include "highlight/Highlight.h"
 #include "platform/Boxes.h"
 #include "platform/FileDialog.h"
 #include "platform/HoverFrame.h"
@@ -43,6 +44,7 @@ struct NmWebNoteHandler::Rooms : PageRequests, KeyActs {
     FileDrag fileDrag{drag, note, page, &m_dropHelper};
     Paste paste{note, adder, boxes};
     CopyNotify copyNotify{note};
+    Highlight highlight{page};
     EditKeys editKeys{note, page, copyNotify, paste, *this};
 
     void dblClickAttachment(const QString& path, const QString& origName) override;

@@ -1,5 +1,6 @@
 #include "platform/PageView.h"
 
+#include "platform/EngineFlags.h"
 #include "platform/RequestFilter.h"
 
 #include <QContextMenuEvent>
@@ -13,6 +14,7 @@
 
 QWebEngineProfile* NewPageProfile(QObject* parent)
 {
+    EnableEngineFeatures(); // The first profile starts the engine.
     auto* profile = new QWebEngineProfile(parent);
     profile->setUrlRequestInterceptor(new RequestFilter(profile));
     profile->setHttpCacheType(QWebEngineProfile::NoCache);

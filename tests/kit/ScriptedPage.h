@@ -21,7 +21,7 @@ public:
     bool back = true;
     std::function<void()> onWait; ///< Runs while the bridge waits for a page that died.
     std::function<void()> onCall; ///< Runs while a call is in flight.
-    std::vector<std::pair<QString, QString>> calls; ///< Method and argument.
+    std::vector<std::pair<QString, QString>> calls; ///< Method and argument, or kind and text.
     QStringList order; ///< Calls and posts, in order.
 
     void answer(long code, const QString& reply = {}) { answers.push_back({code, reply}); }
@@ -39,6 +39,11 @@ public:
         }
         reply = next.reply;
         return next.code;
+    }
+
+    long request(const QString& kind, const QString& text, QString& reply) override
+    {
+        return call(kind, text, reply);
     }
 
     bool waitUntilBack() override

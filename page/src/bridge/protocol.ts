@@ -79,6 +79,23 @@ const privateKinds: Record<string, Method> = {
         editor.focusNote();
         return done;
     },
+
+    highlight: (editor, argument) => {
+        const fields = parseObject(argument);
+        const painting = fields?.["painting"];
+        const keyword = text(fields?.["keyword"]);
+        if (typeof painting !== "number" || !keyword)
+            return refused("painting or keyword is missing");
+        return { ...done, count: editor.highlights.paint(painting, keyword) };
+    },
+
+    unhighlight: (editor, argument) => {
+        const segments = parseObject(argument)?.["segments"];
+        if (!Array.isArray(segments)) return refused("segments is missing");
+        for (const [painting, first, count] of segments)
+            editor.highlights.remove(Number(painting), Number(first), Number(count));
+        return done;
+    },
 };
 
 function text(value: unknown): string {

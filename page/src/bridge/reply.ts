@@ -5,6 +5,8 @@ import { logError } from "./native";
 export interface Reply {
     result: boolean;
     errmsg: string;
+    /** How many; where the kind says so. */
+    count?: number;
 }
 
 export const done: Reply = { result: true, errmsg: "" };

@@ -5,7 +5,8 @@ const HTML = "http://www.w3.org/1999/xhtml";
 
 const names = (list: string) => new Set(list.split(" "));
 
-const elements = names(
+/** Elements that are just what their name says. */
+export const plainElements = names(
     "p div span br hr b strong i em u s strike del ins font sub sup small big mark code pre kbd " +
         "h1 h2 h3 h4 h5 h6 ul ol li dl dt dd blockquote center a img " +
         "table caption colgroup col tbody thead tfoot tr td th",
@@ -21,7 +22,7 @@ const harmlessAddress = /^(?:https?:\/\/|mailto:|\.\.?[\\/]|userdata[\\/])/;
 /** True only when the sanitiser would leave everything below `container` as it is. */
 export function isHarmless(container: Element): boolean {
     for (const element of container.getElementsByTagName("*")) {
-        if (element.namespaceURI !== HTML || !elements.has(element.localName)) return false;
+        if (element.namespaceURI !== HTML || !plainElements.has(element.localName)) return false;
         for (const { name, value } of element.attributes) {
             if (attributes.has(name)) continue;
             if (!addresses.has(name) || !harmlessAddress.test(value)) return false;

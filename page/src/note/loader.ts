@@ -3,6 +3,7 @@
 // not shown, so that a piece may end anywhere; a top-level node is taken over when it is closed. The
 // frame gets the nodes in portions that double: each costs the engine a look at all there are.
 
+import { afterPaint } from "./afterpaint";
 import { sanitiseStored } from "./sanitise";
 
 /** Several screens of text. */
@@ -116,16 +117,4 @@ export class Loader {
         this.preview = [...container.childNodes];
         this.target.append(...this.preview);
     }
-}
-
-/** Runs `step` once a frame is on the screen; soon in any case, for a page that is not visible. */
-function afterPaint(step: () => void): void {
-    let ran = false;
-    const once = () => {
-        if (!ran) step();
-        ran = true;
-    };
-    // The second frame begins when the first has been handed on.
-    requestAnimationFrame(() => requestAnimationFrame(() => setTimeout(once)));
-    setTimeout(once, 250);
 }

@@ -3,7 +3,7 @@
 const HTML = "http://www.w3.org/1999/xhtml";
 
 /** What the name of an element means for the text. */
-const enum Kind {
+export const enum Kind {
     Hidden = 1,
     Break = 2,
     Block = 4,
@@ -31,7 +31,7 @@ are(Kind.Verbatim, "pre listing plaintext textarea xmp");
 
 const blank = /^[\p{White_Space}\u200B\uFFFC]*$/u;
 
-function kindOf(element: Element): number {
+export function kindOf(element: Element): number {
     const kind = kinds.get(element.localName);
     if (kind === undefined) return 0;
     return element.namespaceURI === HTML ? kind : kind & Kind.Hidden;
