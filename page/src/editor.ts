@@ -97,6 +97,7 @@ export class Editor {
     exec(command: string, value?: string): boolean {
         this.content.willChange();
         if (command !== "delete") this.limit.uncounted();
+        if (command === "insertHTML") this.frame.layOutForInsertion();
         const doc = this.frame.document;
         doc.execCommand("styleWithCSS", false, String(styled.has(command)));
         const done = doc.execCommand(command, false, value);

@@ -89,3 +89,6 @@ struct Adding : ::testing::Test {
         return QDir(GetAttachmentDir()).entryList(QDir::Files, QDir::Name);
     }
 };
+
+/// The same, for tests of the operation of that name.
+class AddDropFileToEditor : public Adding { };

@@ -4,6 +4,8 @@
 import noteStyle from "../note.css";
 import type { Strings } from "../strings";
 
+const restoreMs = 1000;
+
 type DocumentListener = (doc: Document) => void;
 
 export class EditFrame {
@@ -11,6 +13,8 @@ export class EditFrame {
     private readonly listeners: DocumentListener[] = [];
     private editable = false;
     private dark = false;
+    private large = false;
+    private restoring: number | undefined;
 
     constructor(
         parent: HTMLElement,
@@ -48,11 +52,26 @@ export class EditFrame {
         doc.documentElement.style.setProperty("--missing", JSON.stringify(missingPicture));
         doc.documentElement.style.setProperty("--remote", JSON.stringify(remotePicture));
         doc.head.append(style);
+        this.large = large;
+        clearTimeout(this.restoring);
         doc.documentElement.classList.toggle("large", large);
         doc.execCommand("defaultParagraphSeparator", false, "div");
         this.applyMode();
         this.applyScheme();
         this.listeners.forEach((listener) => listener(doc));
+    }
+
+    /**
+     * Chromium: an insertion of markup among blocks that are not laid out takes five times as long
+     * and splits the paragraph that it goes into. So a large note is laid out whole for it, and for
+     * those that follow at once.
+     */
+    layOutForInsertion(): void {
+        if (!this.large) return;
+        const { classList } = this.document.documentElement;
+        classList.remove("large");
+        clearTimeout(this.restoring);
+        this.restoring = window.setTimeout(() => classList.add("large"), restoreMs);
     }
 
     /** The engine keeps its undo history for an editable root: a new one has none. */
