@@ -1,0 +1,3 @@
+#include "capture/CaptureOwner.h"
+
+CaptureOwner::~CaptureOwner() = default;
