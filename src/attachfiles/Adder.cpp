@@ -10,7 +10,6 @@
 #include "platform/Boxes.h"
 #include "platform/ImportProgress.h"
 #include "support/Log.h"
-#include "support/TimeText.h"
 
 Adder::Adder(OpenNote& note, PageBridge& bridge, Boxes& boxes, ImportProgress& progress)
     : m_note(note)
@@ -128,12 +127,8 @@ void Adder::addOne(const DropFileInfo& file, const QString& noteGuid)
 
 void Adder::enterBooks(const DropFileInfo& file, const MAF_RESULT& imported)
 {
-    const auto enter = [this](const QString& name, quint64 size, const QString& keyPart) {
-        if (!name.isEmpty() && m_note.m_attachSizeCache.emplace(name, size).second)
-            m_note.m_attachModifyCache[name + keyPart] = FormatNowTime();
-    };
-    enter(imported.attName, file.fileSize, file.origName);
+    m_note.EnterAttachFile(imported.attName, file.origName, file.fileSize);
     // Kept: the card's name is both parts of its key.
     if (!noteattach::IsPicFileType(file.fileName))
-        enter(imported.picName, quint64(imported.picSize), imported.picName);
+        m_note.EnterAttachFile(imported.picName, imported.picName, quint64(imported.picSize));
 }

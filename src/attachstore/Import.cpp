@@ -4,14 +4,13 @@
 #include "attachstore/FileRecord.h"
 #include "attachstore/FileType.h"
 #include "noteattach/ExData.h"
+#include "notestore/StorePath.h"
 #include "support/DiskFile.h"
 #include "support/FileCopy.h"
 #include "support/FileMd5.h"
 #include "support/Log.h"
 #include "support/Paths.h"
 #include "support/Text.h"
-
-#include <QDir>
 
 namespace attachstore {
 namespace {
@@ -93,8 +92,7 @@ int showCard(const QString& storeRoot, const DropFileInfo& info, MAF_RESULT& res
 
 int MoveAttFile(const QString& noteGuid, const DropFileInfo& info, MAF_RESULT& result)
 {
-    const QString storeRoot = GetAppDir() + QStringLiteral("userdata") + QDir::separator()
-        + QStringLiteral("attachment") + QDir::separator();
+    const QString storeRoot = notestore::StoreBase();
     const auto [md5, stamp] = digest(info.filePath);
     if (md5.isEmpty())
         return failed("cal md5 code faild ! ");

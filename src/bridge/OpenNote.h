@@ -1,6 +1,7 @@
 #pragma once
 
 #include "noteattach/ModifyTimes.h"
+#include "support/TimeText.h"
 
 #include <QString>
 
@@ -24,6 +25,18 @@ struct OpenNote {
     }
     /// Record key to time text: when attachments came in or changed.
     noteattach::AttachModifyCache m_attachModifyCache;
+    /// Sets the time of the record of these two names; `origName` may be empty.
+    void RecordAttachModifyTime(
+        const QString& fileName, const QString& origName, const QString& modifyTime)
+    {
+        m_attachModifyCache[fileName + origName] = modifyTime;
+    }
+    /// A stored file came in now. A name that is empty or known changes neither book.
+    void EnterAttachFile(const QString& fileName, const QString& origName, quint64 size)
+    {
+        if (!fileName.isEmpty() && m_attachSizeCache.emplace(fileName, size).second)
+            RecordAttachModifyTime(fileName, origName, FormatNowTime());
+    }
 
     /// The note's HTML as the page last told it: what is put back into a page that has died.
     QString m_draft;

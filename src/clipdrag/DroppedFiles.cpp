@@ -2,16 +2,15 @@
 
 #include "attachstore/FileRecord.h"
 #include "attachstore/ImageFile.h"
+#include "clipdrag/ClipFlavours.h"
+#include "clipdrag/DesktopClipboard.h"
 #include "platform/CGdiToolBox.h"
 #include "platform/PortalFiles.h"
 
 #include <QClipboard>
 #include <QDir>
-#include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
-#include <QSysInfo>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -29,30 +28,8 @@ constexpr QLatin1StringView imageTypes[] = {
     QLatin1StringView("image/gif"),
 };
 
-/// The path of a `file:` address (RFC 8089), which may name this machine as its host. Empty for any
-/// other address.
-QString localPath(QUrl url)
-{
-    if (!url.isLocalFile())
-        return QString();
-    const QString host = url.host();
-    if (host == u"localhost" || host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0)
-        url.setHost(QString());
-    return url.toLocalFile();
-}
-
-QStringList localPaths(const QMimeData& data)
-{
-    QStringList paths;
-    for (const QUrl& url : data.urls()) {
-        const QString path = localPath(url);
-        if (!path.isEmpty() && !path.contains(QChar::Null))
-            paths.append(path);
-    }
-    return paths;
-}
-
-void appendRecords(const QStringList& paths, std::vector<DropFileInfo>& files)
+template <typename Paths>
+void appendRecords(const Paths& paths, std::vector<DropFileInfo>& files)
 {
     for (const QString& path : paths) {
         if (auto record = attachstore::RecordOfPath(QDir::toNativeSeparators(path)))
@@ -76,13 +53,13 @@ QImage imageOf(const QMimeData& data)
 
 bool clipdrag::HasFileList(const QMimeData& data)
 {
-    return !localPaths(data).isEmpty() || !portal::TransferKey(data).isEmpty();
+    return HasFiles(data) || !portal::TransferKey(data).isEmpty();
 }
 
 void clipdrag::GetFileList(const QMimeData& data, std::vector<DropFileInfo>& files)
 {
     const std::size_t before = files.size();
-    appendRecords(localPaths(data), files);
+    appendRecords(Files(data), files);
     if (files.size() != before)
         return;
     // Last, because asking takes the files away from any other program that the drag goes to.
@@ -103,7 +80,8 @@ void clipdrag::GetImage(const QMimeData& data, std::vector<DropFileInfo>& files)
 
 void clipdrag::GetFileListFromClipboard(std::vector<DropFileInfo>& files)
 {
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    QClipboard* const board = DesktopClipboard();
+    const QMimeData* const data = board ? board->mimeData() : nullptr;
     if (!data)
         return;
     if (HasFileList(*data))

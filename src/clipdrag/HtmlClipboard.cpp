@@ -1,24 +1,18 @@
 #include "clipdrag/HtmlClipboard.h"
 
 #include "clipdrag/ClipFlavours.h"
+#include "clipdrag/DesktopClipboard.h"
 
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QMimeData>
 
 #include <new>
 
 namespace {
 
-QClipboard* clipboard()
-{
-    const bool hasDesktop = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
-    return hasDesktop ? QGuiApplication::clipboard() : nullptr;
-}
-
 bool putUp(std::unique_ptr<QMimeData> flavours)
 {
-    QClipboard* const board = clipboard();
+    QClipboard* const board = clipdrag::DesktopClipboard();
     if (!board || !flavours)
         return false;
     board->setMimeData(flavours.release()); // which empties the clipboard and owns what it got
@@ -29,7 +23,7 @@ bool putUp(std::unique_ptr<QMimeData> flavours)
 
 bool CHtmlClipboard::GetHtmlFragment(std::string& fragment)
 try {
-    QClipboard* const board = clipboard();
+    QClipboard* const board = clipdrag::DesktopClipboard();
     const QMimeData* const flavours = board ? board->mimeData() : nullptr;
     return flavours && clipdrag::HtmlFragment(*flavours, fragment);
 } catch (const std::bad_alloc&) {

@@ -75,6 +75,7 @@ void appendSizes(
     const DropFileInfo& file, const MAF_RESULT& imported, std::vector<CopiedFileSize>& sizes)
 {
     sizes.push_back({imported.attName, file.origName, file.fileSize});
+    // Kept: the name of a card is both parts of its key.
     if (!noteattach::IsPicFileType(file.fileName))
         sizes.push_back({imported.picName, imported.picName, quint64(imported.picSize)});
 }
@@ -131,7 +132,8 @@ long Paste::DoCopyClipboardHtml()
     std::string html;
     noteattach::UpdateAttachAttValue2(fragment, result.attNewList, html);
     CHtmlClipboard::SetHtmlText(html);
-    enterBooks(result.fileSizeList);
+    for (const CopiedFileSize& file : result.fileSizeList)
+        m_note.EnterAttachFile(file.fileName, file.secondName, file.fileSize);
     return E_NOTIMPL;
 }
 
@@ -175,14 +177,4 @@ bool Paste::mayEnter(quint32 weight, const SameNote& same)
         return false;
     }
     return true;
-}
-
-void Paste::enterBooks(const std::vector<CopiedFileSize>& files)
-{
-    for (const CopiedFileSize& file : files) {
-        // Kept: the name of a card is both parts of its key.
-        if (!file.fileName.isEmpty()
-            && m_note.m_attachSizeCache.emplace(file.fileName, file.fileSize).second)
-            m_note.m_attachModifyCache[file.fileName + file.secondName] = FormatNowTime();
-    }
 }

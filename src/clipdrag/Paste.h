@@ -38,7 +38,6 @@ public:
 
 private:
     bool mayEnter(quint32 weight, const SameNote& same);
-    void enterBooks(const std::vector<CopiedFileSize>& files);
 
     OpenNote& m_note;
     Adder& m_adder;

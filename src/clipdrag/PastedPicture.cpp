@@ -3,6 +3,7 @@
 #include "attachfiles/Adder.h"
 #include "attachstore/FileRecord.h"
 #include "attachstore/ImageFile.h"
+#include "clipdrag/DesktopClipboard.h"
 #include "html/HtmlDocument.h"
 #include "noteattach/ExData.h"
 #include "platform/CGdiToolBox.h"
@@ -14,13 +15,14 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QFile>
-#include <QGuiApplication>
 #include <QImageReader>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMimeData>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace clipdrag {
 namespace {
@@ -43,6 +45,11 @@ QByteArray bytesOfData(const QString& source)
     const auto decoded =
         QByteArray::fromBase64Encoding(packed, QByteArray::AbortOnBase64DecodingErrors);
     return decoded ? *decoded : QByteArray();
+}
+
+bool isFileAddress(const QString& source)
+{
+    return source.startsWith(u"file:", Qt::CaseInsensitive);
 }
 
 QByteArray bytesOfFile(const QString& source)
@@ -102,7 +109,8 @@ QByteArray asPng(const QImage& image)
 std::set<QString> PicturesOnClipboard()
 {
     std::set<QString> sources;
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    QClipboard* const board = DesktopClipboard();
+    const QMimeData* const data = board ? board->mimeData() : nullptr;
     if (!data || !data->hasHtml())
         return sources;
     const QString html = data->html();
@@ -121,7 +129,7 @@ std::optional<DropFileInfo> ReadPastedPicture(const QString& source, const std::
     QByteArray bytes;
     if (source.startsWith(u"data:image/", Qt::CaseInsensitive))
         bytes = bytesOfData(source);
-    else if (source.startsWith(u"file:", Qt::CaseInsensitive) && named.contains(source))
+    else if (isFileAddress(source) && named.contains(source))
         bytes = bytesOfFile(source);
     const QByteArray format = formatOf(bytes);
     if (bytes.isEmpty() || format.isEmpty() || format.startsWith("svg"))
@@ -147,10 +155,13 @@ void PastedPictures::import(const QString& request)
     const QJsonValue paste = asked.value(u"paste");
     if (!paste.isDouble() || !asked.value(u"sources").isArray())
         return;
-    const std::set<QString> named = PicturesOnClipboard();
+    const QJsonArray sources = asked.value(u"sources").toArray();
+    const bool anyFile = std::any_of(sources.begin(), sources.end(),
+        [](const QJsonValue& source) { return isFileAddress(source.toString()); });
+    const std::set<QString> named = anyFile ? PicturesOnClipboard() : std::set<QString>();
     std::vector<DropFileInfo> files;
     QJsonArray digests;
-    for (const QJsonValue& source : asked.value(u"sources").toArray()) {
+    for (const QJsonValue& source : sources) {
         const auto picture = ReadPastedPicture(source.toString(), named);
         digests.append(picture ? FileMd5(picture->filePath) : QString());
         if (picture)

@@ -17,7 +17,7 @@ void NmWebNoteHandler::InitAttachFileSize(const std::map<QString, quint64>& size
 void NmWebNoteHandler::RecordAttachModifyTime(
     const QString& fileName, const QString& origName, const QString& modifyTime)
 {
-    d->note.m_attachModifyCache[fileName + origName] = modifyTime;
+    d->note.RecordAttachModifyTime(fileName, origName, modifyTime);
 }
 
 const std::map<QString, QString>& NmWebNoteHandler::GetAttachModifyCache() const

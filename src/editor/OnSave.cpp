@@ -35,8 +35,8 @@ void CNomarEditorImpl::OnSave()
     if (html == lastHtml)
         return;
 
-    GetAttachmentDir(); // Makes the store, which a first note is filed into before anything else
-                        // is.
+    // Makes the store: a first note is filed before anything else has come into it.
+    GetAttachmentDir();
     NewAttachFile noteFile;
     const int filed = NoteHtmlRW::SaveHtmlTextToFile(html, noteFile, &version);
     if (sameNote())

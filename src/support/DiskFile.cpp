@@ -95,6 +95,12 @@ int OutputFile::create(const QString& path)
     return m_descriptor < 0 ? errno : 0;
 }
 
+int OutputFile::createNew(const QString& path)
+{
+    m_descriptor = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY, 0666);
+    return m_descriptor < 0 ? errno : 0;
+}
+
 int OutputFile::write(const char* data, std::size_t length)
 {
     while (length > 0) {

@@ -21,6 +21,7 @@ public:
     /// without waiting. Other programs may have the file open in any way.
     int open(const QString& path);
     qint64 size() const { return m_size; } ///< at the time it was opened
+    int descriptor() const { return m_descriptor; } ///< for the system's own calls; stays ours
     /// The count of bytes read; 0 at the end, -1 on an error.
     qint64 read(char* buffer, std::size_t capacity);
 
@@ -39,9 +40,12 @@ public:
 
     /// Makes the file, or empties it if it is there.
     int create(const QString& path);
+    /// Makes the file; EEXIST if there is something of that name.
+    int createNew(const QString& path);
     /// Writes all of it; a write that stops short is an error.
     int write(const char* data, std::size_t length);
     qint64 written() const { return m_written; }
+    int descriptor() const { return m_descriptor; } ///< for the system's own calls; stays ours
     /// Lets the system begin to bring what was written to the disk, and does not wait: work that
     /// comes before the flush then costs less. Only a hint.
     void beginFlush();

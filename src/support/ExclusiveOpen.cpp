@@ -1,5 +1,7 @@
 #include "support/ExclusiveOpen.h"
 
+#include "support/DiskFile.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -9,27 +11,6 @@
 #include <unistd.h>
 
 namespace {
-
-class Descriptor {
-public:
-    // Without waiting: for the writer of a FIFO, or for the holder of a lease.
-    explicit Descriptor(const QByteArray& path)
-        : m_descriptor(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC))
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return m_descriptor; }
-
-private:
-    const int m_descriptor;
-};
 
 int refusalOf(const struct stat& info)
 {
@@ -64,19 +45,17 @@ int ExclusiveOpen(const QString& path)
     if (path.contains(QChar::Null))
         return ENOENT;
     const QByteArray name = QFile::encodeName(path);
-    // A device may do things when it is opened: looked at first. And again below, as what is there
-    // may be another by then.
+    // A device may do things when it is opened: looked at first. InputFile looks again, as what is
+    // there may be another by then.
     struct stat info;
     if (::stat(name.constData(), &info) != 0)
         return errno;
     if (const int refusal = refusalOf(info))
         return refusal;
-    const Descriptor file(name);
-    if (file.get() < 0 || ::fstat(file.get(), &info) != 0)
-        return errno;
-    if (const int refusal = refusalOf(info))
-        return refusal;
-    return isRecordLocked(file.get()) || isFlocked(file.get()) ? EWOULDBLOCK : 0;
+    InputFile file;
+    if (const int error = file.open(path))
+        return error;
+    return isRecordLocked(file.descriptor()) || isFlocked(file.descriptor()) ? EWOULDBLOCK : 0;
 }
 
 bool IsInUse(int error)

@@ -10,11 +10,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 #ifdef __linux__
 #include <linux/fs.h>
@@ -24,62 +22,18 @@ namespace {
 
 constexpr std::size_t kPiece = 64 * 1024;
 
-int errorOf(int result)
-{
-    return result == 0 ? 0 : errno;
-}
-
 FileStamp stampOf(const struct stat& info)
 {
     constexpr qint64 second = 1'000'000'000;
     return {info.st_size, info.st_mtim.tv_sec * second + info.st_mtim.tv_nsec};
 }
 
-class Descriptor {
-public:
-    Descriptor() = default;
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int open(const QString& path, int flags, mode_t mode = 0)
-    {
-        // A path with NUL would reach the system cut short, and name another file.
-        if (path.isEmpty() || path.contains(QChar(u'\0')))
-            return ENOENT;
-        m_number = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC | O_NOCTTY, mode);
-        return m_number < 0 ? errno : 0;
-    }
-    int flushAndClose()
-    {
-        const int flushed = errorOf(::fsync(m_number));
-        const int closed = errorOf(::close(std::exchange(m_number, -1)));
-        return flushed ? flushed : closed;
-    }
-    int number() const { return m_number; }
-
-private:
-    int m_number = -1;
-};
-
-// By the rules of InputFile, which gives no descriptor away.
-int openSource(Descriptor& source, const QString& path, FileStamp& stamp)
+std::optional<FileStamp> stampOf(const InputFile& source)
 {
-    if (const int error = source.open(path, O_RDONLY | O_NONBLOCK))
-        return error;
     struct stat info;
-    if (::fstat(source.number(), &info) != 0)
-        return errno;
-    if (S_ISDIR(info.st_mode))
-        return EISDIR;
-    if (!S_ISREG(info.st_mode))
-        return EINVAL;
-    stamp = stampOf(info);
-    return 0;
+    if (::fstat(source.descriptor(), &info) != 0)
+        return std::nullopt;
+    return stampOf(info);
 }
 
 bool shareBlocks([[maybe_unused]] int from, [[maybe_unused]] int to)
@@ -91,31 +45,15 @@ bool shareBlocks([[maybe_unused]] int from, [[maybe_unused]] int to)
 #endif
 }
 
-int writeAll(int to, const char* bytes, std::size_t length)
-{
-    while (length > 0) {
-        const ssize_t count = ::write(to, bytes, length);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count < 0 ? errno : ENOSPC;
-        bytes += count;
-        length -= static_cast<std::size_t>(count);
-    }
-    return 0;
-}
-
-int copyByHand(int from, int to, std::size_t length)
+int copyByHand(InputFile& from, OutputFile& to, std::size_t length)
 {
     char piece[kPiece];
     while (length > 0) {
-        const ssize_t count = ::read(from, piece, std::min(length, kPiece));
-        if (count < 0 && errno == EINTR)
-            continue;
+        const qint64 count = from.read(piece, std::min(length, kPiece));
         if (count <= 0)
             return count < 0 ? errno : 0;
         const auto got = static_cast<std::size_t>(count);
-        if (const int error = writeAll(to, piece, got))
+        if (const int error = to.write(piece, got))
             return error;
         length -= got;
     }
@@ -130,11 +68,12 @@ bool meansUnsupported(int error)
 }
 
 // Copies `length` bytes, or fewer if the source ends before.
-int copyBytes(int from, int to, std::size_t length)
+int copyBytes(InputFile& from, OutputFile& to, std::size_t length)
 {
 #ifdef __linux__
     while (length > 0) {
-        const ssize_t count = ::copy_file_range(from, nullptr, to, nullptr, length, 0);
+        const ssize_t count =
+            ::copy_file_range(from.descriptor(), nullptr, to.descriptor(), nullptr, length, 0);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0 && !meansUnsupported(errno))
@@ -147,17 +86,17 @@ int copyBytes(int from, int to, std::size_t length)
     return copyByHand(from, to, length);
 }
 
-int copyWhole(const Descriptor& source, const FileStamp& stamp, Descriptor& target)
+int copyWhole(InputFile& source, const FileStamp& stamp, OutputFile& target)
 {
-    if (!shareBlocks(source.number(), target.number())) {
+    if (!shareBlocks(source.descriptor(), target.descriptor())) {
         // One byte more than there should be shows a file that grows, and the limit ends the copy
         // of one that grows for ever.
         const std::size_t length = static_cast<std::size_t>(stamp.size) + 1;
-        if (const int error = copyBytes(source.number(), target.number(), length))
+        if (const int error = copyBytes(source, target, length))
             return error;
     }
     struct stat read, written;
-    if (::fstat(source.number(), &read) != 0 || ::fstat(target.number(), &written) != 0)
+    if (::fstat(source.descriptor(), &read) != 0 || ::fstat(target.descriptor(), &written) != 0)
         return errno;
     return stampOf(read) == stamp && written.st_size == stamp.size ? 0 : EBUSY;
 }
@@ -183,19 +122,21 @@ int CopyFileNoReplace(const QString& from, const QString& to, std::optional<File
 {
     if (to.isEmpty())
         return ENOENT;
-    Descriptor source;
-    FileStamp stamp;
-    if (const int error = openSource(source, from, stamp))
+    InputFile source;
+    if (const int error = source.open(from))
         return error;
-    if (expected && *expected != stamp)
+    const std::optional<FileStamp> stamp = stampOf(source);
+    if (!stamp)
+        return errno;
+    if (expected && *expected != *stamp)
         return EBUSY;
 
     UnfinishedFile temporary(
         GetAttachmentDir() + QDir::separator() + CreateGuidString() + QStringLiteral(".tmp"));
-    Descriptor target;
-    if (const int error = target.open(temporary.path(), O_WRONLY | O_CREAT | O_EXCL, 0666))
+    OutputFile target;
+    if (const int error = target.createNew(temporary.path()))
         return error;
-    if (const int error = copyWhole(source, stamp, target))
+    if (const int error = copyWhole(source, *stamp, target))
         return error;
     if (const int error = target.flushAndClose())
         return error;

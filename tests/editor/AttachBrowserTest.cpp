@@ -6,7 +6,6 @@
 #include "kit/Print.h"
 #include "kit/TestControl.h"
 
-#include "noteattach/ExData.h"
 #include "support/Paths.h"
 
 #include <QDir>
@@ -77,17 +76,6 @@ protected:
         QDragLeaveEvent event;
         QCoreApplication::sendEvent(view(), &event);
     }
-    /// The original names of the note's attachments, in order.
-    QStringList inNote()
-    {
-        const QVariantList values =
-            bench.inNote(QStringLiteral("[...doc.images].map(i => i.getAttribute('nm_exdata'))"))
-                .toList();
-        QStringList names;
-        for (const QVariant& value : values)
-            names << noteattach::GetOrigNameFromJson(value.toString());
-        return names;
-    }
     /// Opens a text, and puts the caret behind its third character by keys.
     void caretInto(const QString& html)
     {
@@ -136,7 +124,7 @@ TEST_F(Attaching, DroppedFilesStandInTheNoteAndAreFiledWithTheirRecords)
     EXPECT_EQ(enter(), Qt::CopyAction);
     EXPECT_EQ(drop(), Qt::CopyAction);
     // Before the drop has returned.
-    EXPECT_EQ(inNote(),
+    EXPECT_EQ(bench.attachmentNames(),
         QStringList(
             {QStringLiteral("报告.txt"), QStringLiteral("b.pdf"), QStringLiteral("p.png")}));
     EXPECT_TRUE(waitFor([&] { return allShown(); }));
@@ -191,7 +179,7 @@ TEST_F(Attaching, AReadOnlyNoteShowsThatItTakesNothing)
     leave();
     EXPECT_FALSE(frame());
     EXPECT_EQ(drop(), Qt::IgnoreAction);
-    EXPECT_TRUE(inNote().isEmpty());
+    EXPECT_TRUE(bench.attachmentNames().isEmpty());
 }
 
 TEST_F(Attaching, ADragThatTheEngineDidNotSeeEnterDoesNotReachIt)
@@ -215,7 +203,7 @@ TEST_F(Attaching, ADroppedFolderIsToldAndTheFilesBesideItAdded)
     const Answers answers;
     EXPECT_EQ(drop(), Qt::CopyAction);
     EXPECT_EQ(answers.texts, QStringList{QStringLiteral("暂不支持文件夹粘贴！")});
-    EXPECT_EQ(inNote(), QStringList{QStringLiteral("a.txt")});
+    EXPECT_EQ(bench.attachmentNames(), QStringList{QStringLiteral("a.txt")});
 }
 
 TEST_F(Attaching, ADroppedImageIsShown)
@@ -225,7 +213,7 @@ TEST_F(Attaching, ADroppedImageIsShown)
     data.setImageData(image);
     enter();
     drop();
-    ASSERT_EQ(inNote().size(), 1);
+    ASSERT_EQ(bench.attachmentNames().size(), 1);
     EXPECT_TRUE(waitFor([&] { return allShown(); }));
     EXPECT_EQ(bench.inNote(QStringLiteral("doc.images[0].naturalWidth")).toInt(), 30);
 }
@@ -235,7 +223,7 @@ TEST_F(Attaching, APictureThatIsNoneShowsThePlaceholder)
     offer({file(QStringLiteral("p.png"), "\x89PNG\r\n\x1a\nbroken")});
     enter();
     drop();
-    ASSERT_EQ(inNote().size(), 1);
+    ASSERT_EQ(bench.attachmentNames().size(), 1);
     EXPECT_TRUE(
         waitFor([&] { return bench.inNote(QStringLiteral("doc.images[0].complete")).toBool(); }));
     EXPECT_EQ(bench.inNote(QStringLiteral("doc.images[0].naturalWidth")).toInt(), 0);
@@ -247,7 +235,8 @@ TEST_F(Attaching, AttachmentsStandBehindEachOtherAtTheCaret)
     offer({file(QStringLiteral("a.txt")), file(QStringLiteral("b.txt"))});
     enter();
     drop();
-    EXPECT_EQ(inNote(), QStringList({QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+    EXPECT_EQ(
+        bench.attachmentNames(), QStringList({QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
     EXPECT_EQ(nodesOfFirstParagraph(), QStringLiteral("#text,IMG,IMG,#text"));
 }
 
@@ -273,7 +262,7 @@ TEST_F(Attaching, ADropWhileAPageCallIsInFlightIsTaken)
     QString html, text;
     handler().GetEditorContent(html, text); // Its loop runs the timer.
     EXPECT_TRUE(waitFor([&] { return dropped; }));
-    EXPECT_EQ(inNote(), QStringList{QStringLiteral("a.txt")});
+    EXPECT_EQ(bench.attachmentNames(), QStringList{QStringLiteral("a.txt")});
 }
 
 TEST_F(Attaching, ADropRightAfterTheRenderProcessDiedWaitsForThePage)
@@ -283,7 +272,8 @@ TEST_F(Attaching, ADropRightAfterTheRenderProcessDiedWaitsForThePage)
     const qint64 pid = bench.page()->renderProcessPid();
     ASSERT_EQ(::kill(pid_t(pid), SIGKILL), 0);
     drop();
-    ASSERT_TRUE(waitFor([&] { return inNote() == QStringList{QStringLiteral("a.txt")}; }));
+    ASSERT_TRUE(
+        waitFor([&] { return bench.attachmentNames() == QStringList{QStringLiteral("a.txt")}; }));
 }
 
 TEST_F(Attaching, ThePagesButtonOpensTheDialogAndTheChosenFilesAreAdded)
@@ -293,7 +283,8 @@ TEST_F(Attaching, ThePagesButtonOpensTheDialogAndTheChosenFilesAreAdded)
     const Answers answers(Answers::choose(dir.path(), QStringLiteral("\"one.txt\" \"two.txt\"")));
     bench.js(QStringLiteral("CppProcessor('AddAttachment', 'no json', ''); 1"));
     EXPECT_TRUE(waitFor([&] {
-        return inNote() == QStringList({QStringLiteral("one.txt"), QStringLiteral("two.txt")});
+        return bench.attachmentNames()
+            == QStringList({QStringLiteral("one.txt"), QStringLiteral("two.txt")});
     }));
     EXPECT_TRUE(answers.texts.isEmpty());
 }
@@ -306,7 +297,7 @@ TEST_F(Attaching, AChosenFileThatIsBeingEditedIsTold)
     bench.js(QStringLiteral("CppProcessor('AddAttachment', '', ''); 1"));
     EXPECT_TRUE(waitFor([&] { return !answers.texts.isEmpty(); }));
     EXPECT_EQ(answers.texts, QStringList{QStringLiteral("不能添加正在编辑的文件作为附件！")});
-    EXPECT_TRUE(inNote().isEmpty());
+    EXPECT_TRUE(bench.attachmentNames().isEmpty());
 }
 
 TEST_F(Attaching, ANoteIsFullOnlyUpToItsLimitAcrossDrops)
@@ -320,5 +311,5 @@ TEST_F(Attaching, ANoteIsFullOnlyUpToItsLimitAcrossDrops)
     }
     // The first weighs its card too, so the second no longer fits.
     EXPECT_EQ(answers.texts, QStringList{QStringLiteral("最大支持上传10M附件！")});
-    EXPECT_EQ(inNote(), QStringList{QStringLiteral("a.doc")});
+    EXPECT_EQ(bench.attachmentNames(), QStringList{QStringLiteral("a.doc")});
 }

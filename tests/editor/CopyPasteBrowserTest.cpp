@@ -7,7 +7,6 @@
 #include "kit/TestControl.h"
 
 #include "attachstore/FileRecord.h"
-#include "noteattach/ExData.h"
 #include "support/Paths.h"
 
 #include <QDir>
@@ -97,17 +96,6 @@ protected:
         return bench.inNote(QStringLiteral("doc.querySelectorAll('%1').length").arg(selector))
             .toInt();
     }
-    /// The original names of the note's attachments, in order.
-    QStringList inNote()
-    {
-        const QVariantList values =
-            bench.inNote(QStringLiteral("[...doc.images].map(i => i.getAttribute('nm_exdata'))"))
-                .toList();
-        QStringList names;
-        for (const QVariant& value : values)
-            names << noteattach::GetOrigNameFromJson(value.toString());
-        return names;
-    }
     QString workingCopy(const QString& name)
     {
         return GetAttachFilePath(guid, QStringLiteral("x"), name);
@@ -186,7 +174,7 @@ TEST_F(CopyPaste, PastedFilesStandInTheNote)
     board::put(board::files({file(aTxt), file(bPdf)}));
     focus();
     press(Qt::Key_V);
-    EXPECT_EQ(inNote(), QStringList({aTxt, bPdf})) << "before the key has returned";
+    EXPECT_EQ(bench.attachmentNames(), QStringList({aTxt, bPdf})) << "before the key has returned";
 }
 
 TEST_F(CopyPaste, APastedBitmapStandsInTheNoteAndTheHtmlBesideItDoesNot)
@@ -196,7 +184,7 @@ TEST_F(CopyPaste, APastedBitmapStandsInTheNoteAndTheHtmlBesideItDoesNot)
     board::put(std::move(data));
     focus();
     press(Qt::Key_V);
-    ASSERT_EQ(inNote().size(), 1);
+    ASSERT_EQ(bench.attachmentNames().size(), 1);
     EXPECT_TRUE(waitFor(
         [&] { return bench.inNote(QStringLiteral("doc.images[0].naturalWidth")).toInt() == 20; }));
     EXPECT_EQ(noteText(), QString());
@@ -219,7 +207,7 @@ TEST_F(CopyPaste, AReadOnlyNoteTakesNothing)
     press(Qt::Key_V);
     select();
     press(Qt::Key_D);
-    EXPECT_TRUE(inNote().isEmpty());
+    EXPECT_TRUE(bench.attachmentNames().isEmpty());
     EXPECT_EQ(noteText(), QStringLiteral("as it was"));
     EXPECT_EQ(board::paths().size(), 1) << "nothing was cut";
 }
@@ -232,10 +220,10 @@ TEST_F(CopyPaste, OneAttachmentCopiedIsPastedAsAFileInAnyNote)
     ASSERT_TRUE(waitForFiles());
     focus();
     press(Qt::Key_V);
-    EXPECT_EQ(inNote(), QStringList({aTxt, QStringLiteral("a(1).txt")}));
+    EXPECT_EQ(bench.attachmentNames(), QStringList({aTxt, QStringLiteral("a(1).txt")}));
     newNote();
     press(Qt::Key_V);
-    EXPECT_EQ(inNote(), QStringList{aTxt});
+    EXPECT_EQ(bench.attachmentNames(), QStringList{aTxt});
     EXPECT_TRUE(QFile::exists(workingCopy(aTxt)));
 }
 
@@ -248,9 +236,9 @@ TEST_F(CopyPaste, TextWithAnAttachmentPastedInTheSameNoteStandsThereTwice)
     ASSERT_TRUE(waitFor([] { return clipboardText().contains(QStringLiteral("words")); }));
     focus();
     press(Qt::Key_V);
-    ASSERT_TRUE(waitFor([&] { return inNote().size() == 2; }));
+    ASSERT_TRUE(waitFor([&] { return bench.attachmentNames().size() == 2; }));
     // The element keeps the old name, the copy has the new one.
-    EXPECT_EQ(inNote(), QStringList({aTxt, aTxt}));
+    EXPECT_EQ(bench.attachmentNames(), QStringList({aTxt, aTxt}));
     EXPECT_TRUE(QFile::exists(workingCopy(QStringLiteral("a(1).txt"))));
     EXPECT_EQ(noteText().count(QStringLiteral("words")), 2);
 }
@@ -269,7 +257,7 @@ TEST_F(CopyPaste, TextWithAnAttachmentPastedInAnotherNoteGivesNothing)
     QTest::keyClicks(bench.input(), QStringLiteral("x"));
     ASSERT_TRUE(waitFor([&] { return noteText().contains(u'x'); })) << qPrintable(noteText());
     EXPECT_EQ(noteText(), QStringLiteral("x"));
-    EXPECT_TRUE(inNote().isEmpty());
+    EXPECT_TRUE(bench.attachmentNames().isEmpty());
     EXPECT_TRUE(answers.texts.isEmpty());
 }
 
@@ -279,14 +267,15 @@ TEST_F(CopyPaste, APasteOverTheLimitIsTold)
     board::put(board::files({file(QStringLiteral("big.doc"), half)}));
     focus();
     press(Qt::Key_V);
-    ASSERT_EQ(inNote(), QStringList{QStringLiteral("big.doc")});
+    ASSERT_EQ(bench.attachmentNames(), QStringList{QStringLiteral("big.doc")});
     QString html, text;
     handler().GetEditorContent(html, text);
     board::putHtml(QStringLiteral("words") + html);
     const Answers answers;
     press(Qt::Key_V);
     EXPECT_EQ(answers.texts, QStringList{QStringLiteral("最大支持上传10M附件！")});
-    EXPECT_EQ(inNote(), QStringList{QStringLiteral("big.doc")}) << qPrintable(noteText());
+    EXPECT_EQ(bench.attachmentNames(), QStringList{QStringLiteral("big.doc")})
+        << qPrintable(noteText());
 }
 
 // --- Cut and the other keys ---
@@ -319,7 +308,7 @@ TEST_F(CopyPaste, AKeyThatWasUsedUpLeavesNothingToTheNextOne)
     setNote(QStringLiteral("<p>keep</p><p id=\"x\">cut me</p>"));
     board::put(board::files({file(aTxt)}));
     press(Qt::Key_V);
-    ASSERT_EQ(inNote(), QStringList{aTxt});
+    ASSERT_EQ(bench.attachmentNames(), QStringList{aTxt});
     board::putHtml(QStringLiteral("<p>not asked for</p>"));
     QTest::keyClicks(bench.input(), QStringLiteral("typed"));
     ASSERT_TRUE(waitFor([&] { return noteText().contains(QStringLiteral("typed")); }))

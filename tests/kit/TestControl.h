@@ -2,6 +2,7 @@
 
 #include "editor/CNomarEditorImpl.h"
 #include "kit/Wait.h"
+#include "noteattach/ExData.h"
 
 #include <QWebEnginePage>
 #include <QWebEngineView>
@@ -100,6 +101,17 @@ public:
         return js(QStringLiteral("(() => { const doc = document.querySelector("
                                  "'iframe.ke-edit-iframe').contentDocument; return %1; })()")
                       .arg(expression));
+    }
+    /// The original names of the note's attachments, in order.
+    QStringList attachmentNames()
+    {
+        const QVariantList values =
+            inNote(QStringLiteral("[...doc.images].map(i => i.getAttribute('nm_exdata'))"))
+                .toList();
+        QStringList names;
+        for (const QVariant& value : values)
+            names << noteattach::GetOrigNameFromJson(value.toString());
+        return names;
     }
     QWidget* input() { return control->GetWebBrowseHwnd(); }
 

@@ -32,7 +32,7 @@ function insertForeign(editor: Editor, html: string, own: boolean): void {
         const html = complete.innerHTML;
         const many = complete.childNodes.length > manyNodes;
         editor.exec("insertHTML", many ? `<div>${html}</div>` : html);
-        editor.selection.reveal();
+        if (waited) editor.selection.reveal();
     });
     waited = true;
 }
