@@ -28,8 +28,7 @@ constexpr QLatin1StringView imageTypes[] = {
     QLatin1StringView("image/gif"),
 };
 
-template <typename Paths>
-void appendRecords(const Paths& paths, std::vector<DropFileInfo>& files)
+template <typename Paths> void appendRecords(const Paths& paths, std::vector<DropFileInfo>& files)
 {
     for (const QString& path : paths) {
         if (auto record = attachstore::RecordOfPath(QDir::toNativeSeparators(path)))

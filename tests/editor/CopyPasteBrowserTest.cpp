@@ -9,6 +9,7 @@
 #include "attachstore/FileRecord.h"
 #include "support/Paths.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QShortcut>
 #include <QTemporaryDir>
@@ -197,6 +198,32 @@ TEST_F(CopyPaste, ForeignHtmlIsPastedByTheBrowser)
     press(Qt::Key_V);
     EXPECT_TRUE(waitFor([&] { return noteText().contains(QStringLiteral("from elsewhere")); }));
     EXPECT_EQ(count(QStringLiteral("b")), 1);
+}
+
+TEST_F(CopyPaste, APictureInsideForeignHtmlBecomesAnAttachmentOfTheNote)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(board::picture().save(&buffer, "PNG"));
+    board::putHtml(QStringLiteral("<p>before <img src=\"data:image/png;base64,%1\"> behind</p>")
+                       .arg(QString::fromLatin1(png.toBase64())));
+    focus();
+    press(Qt::Key_V);
+    ASSERT_TRUE(waitFor([&] { return noteText() == u"before  behind"; })) << qPrintable(noteText());
+    EXPECT_TRUE(waitFor(
+        [&] { return bench.inNote(QStringLiteral("doc.images[0].naturalWidth")).toInt() == 20; }));
+    ASSERT_EQ(bench.attachmentNames().size(), 1);
+
+    control().OnSave();
+    ASSERT_FALSE(bench.host.saves.empty());
+    const std::vector<NewAttachFile>& files = bench.host.saves.back().files;
+    ASSERT_EQ(files.size(), 3U) << "the note, the attachment and what shows it";
+    for (int i : {1, 2}) {
+        QFile stored(files[i].filePath);
+        ASSERT_TRUE(stored.open(QIODevice::ReadOnly)) << qPrintable(files[i].filePath);
+        EXPECT_EQ(stored.readAll(), png);
+    }
 }
 
 TEST_F(CopyPaste, AReadOnlyNoteTakesNothing)

@@ -86,6 +86,12 @@ void PrintTo(const Case& sample, std::ostream* out)
     *out << sample.name;
 }
 
+// What a word processor in a browser puts around an item: a list and a box for each.
+#define BOXED(list, level, id, text)                                                               \
+    "<div class=\"ListContainerWrapper SCXW1 BCX8\"><" list " role=\"list\"><li data-listid=\"" id \
+    "\" data-aria-level=\"" level "\" role=\"listitem\" class=\"OutlineElement Ltr\"><p>" text     \
+    "</p></li></" list "></div>"
+
 // What a word processor writes in front of an item.
 #define MARKER(text)                                                                               \
     "<![if !supportLists]><span lang=EN-US style='font-family:Symbol;mso-fareast-font-family:"     \
@@ -149,6 +155,14 @@ const Case cases[] = {
                      "o") "top</p>"
                           "<p style='mso-list:l0 level99999 lfo1'>" MARKER("o") "deeper</p>",
         "<ul><li>deep</li></ul><ul><li>top<ul><li>deeper</li></ul></li></ul>"},
+    {"BoxedItemsOfOneListAreJoined",
+        BOXED("ul", "1", "1", "a") BOXED("ul", "2", "1", "b") BOXED("ul", "2", "1", "c")
+            BOXED("ul", "1", "1", "d"),
+        "<ul><li>a<ul><li>b</li><li>c</li></ul></li><li>d</li></ul>"},
+    {"BoxedItemsOfTwoListsStayTwo",
+        BOXED("ol", "1", "1", "a") BOXED("ol", "1", "2", "b")
+            BOXED("ul", "1", "2", "c") "<p>x</p>" BOXED("ul", "1", "2", "d"),
+        "<ol><li>a</li></ol><ol><li>b</li></ol><ul><li>c</li></ul><p>x</p><ul><li>d</li></ul>"},
     {"WordHeadings",
         "<h1 style='mso-list:l0 level1 lfo1'>" MARKER(
             "1") "Title</h1>"

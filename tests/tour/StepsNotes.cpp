@@ -3,8 +3,15 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRgb>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QRgb hitColour = qRgb(0xff, 0xff, 0x11);
+
+} // namespace
 
 void secondNoteByItsButton(Tour& tour)
 {
@@ -31,6 +38,7 @@ void searchFindsChineseAndEnglish(Tour& tour)
     tour.type(u"鸡蛋"_s);
     tour.clickRow(0);
     tour.expectText(u"买鸡蛋和牛奶"_s);
+    tour.expect(u"the hit is painted"_s, [&] { return tour.isShown(hitColour); });
     tour.shot(u"search"_s);
     tour.key(u"ctrl+f"_s);
     tour.key(u"ctrl+a"_s);
@@ -40,6 +48,7 @@ void searchFindsChineseAndEnglish(Tour& tour)
     tour.key(u"ctrl+f"_s);
     tour.key(u"ctrl+a"_s);
     tour.key(u"Delete"_s);
+    tour.expect(u"no hit is painted any more"_s, [&] { return !tour.isShown(hitColour); });
 }
 
 void readOnlyNoteStaysAsItIs(Tour& tour)

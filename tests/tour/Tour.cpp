@@ -12,6 +12,8 @@
 #include <QPixmap>
 #include <QScreen>
 
+#include <algorithm>
+
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -264,6 +266,18 @@ void Tour::shot(const QString& name)
 QString Tour::noteText()
 {
     return page(noteDocument + u".body.innerText"_s).toString();
+}
+
+bool Tour::isShown(QRgb colour)
+{
+    const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
+        QImage::Format_RGB32);
+    for (int y = 0; y < screen.height(); ++y) {
+        const auto* const line = reinterpret_cast<const QRgb*>(screen.constScanLine(y));
+        if (std::find(line, line + screen.width(), colour) != line + screen.width())
+            return true;
+    }
+    return false;
 }
 
 void Tour::expect(const QString& what, const std::function<bool()>& holds, int milliseconds)

@@ -5,6 +5,7 @@
 #include "Records.h"
 
 #include <QRect>
+#include <QRgb>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -57,6 +58,8 @@ public:
     // --- looking ---
     QJsonValue page(const QString& expression) { return tools.evaluate(expression); }
     QString noteText();
+    /// Whether the screen shows that colour somewhere.
+    bool isShown(QRgb colour);
     /// Waits until the expression holds in the page.
     void expectPage(const QString& expression);
     void expectText(const QString& text);

@@ -1,6 +1,7 @@
 // From the HTML on the clipboard to what goes into the note.
 
 import { sanitiseForeign } from "../note/sanitise";
+import { joinBoxedLists } from "./boxedlists";
 import { cleanForeign } from "./clean";
 import { Picture, takePictures } from "./pictures";
 import { withoutSheets } from "./sheet";
@@ -16,7 +17,9 @@ export interface Pasted {
 export function readPasted(html: string, own: boolean): Pasted {
     const doc = new DOMParser().parseFromString(withoutSheets(html), "text/html");
     const pictures = takePictures(doc);
-    if (!own && !doc.querySelector("img[nm_exdata]"))
+    if (!own && !doc.querySelector("img[nm_exdata]")) {
+        joinBoxedLists(doc);
         cleanForeign(doc, new Set(pictures.map((picture) => picture.element)));
+    }
     return { body: sanitiseForeign(doc.body), pictures };
 }
