@@ -77,8 +77,10 @@ int showCard(const QString& storeRoot, const DropFileInfo& info, MAF_RESULT& res
     if (!GenerateFileThumb(
             GetFileTypeByExt(info.fileExt), info.fileName, fileInfo, card.path(), &cardSize))
         return failed("create thumb pic faild ! ");
-    const QString cardMd5 = FileMd5(card.path());
-    if (cardMd5.isEmpty())
+    // A digest of less than the card would name it wrongly for ever.
+    qint64 digested = 0;
+    const QString cardMd5 = FileMd5(card.path(), &digested);
+    if (cardMd5.isEmpty() || digested != cardSize)
         return failed("cal md5 code faild ! ");
     showAs(cardMd5 + QStringLiteral(".bmp"), cardSize, result);
     const QString path = storeRoot + result.picName;

@@ -39,7 +39,7 @@ int writeText(OutputFile& file, QStringView text)
 int WriteHtmlFile(
     OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version)
 {
-    return !file.create(path) && !writeText(file, marker(version)) && !writeText(file, html);
+    return !file.createNew(path) && !writeText(file, marker(version)) && !writeText(file, html);
 }
 
 void ParseVerNumber(const QString& json, NOTE_HTML_VER_NUMBER* version)

@@ -83,9 +83,9 @@ int saveToStore(QString& html, NewAttachFile& record, NOTE_HTML_VER_NUMBER* vers
     qint64 digested = 0;
     const QString digest = FileMd5(temporary.path(), &digested);
     // A digest of less than the file would name it wrongly for ever.
-    if (digest.isEmpty() || digested != file.written())
+    if (digest.isEmpty())
         return 0;
-    if (file.flushAndClose()) {
+    if (digested != file.written() || file.flushAndClose()) {
         logFailedSave();
         return 0;
     }

@@ -12,6 +12,9 @@ namespace {
 
 [[maybe_unused]] constexpr qint64 kWorthAnEarlyStart = 128 * 1024;
 
+// For all to read, as far as the user's mask lets them, and never for others to write.
+constexpr mode_t kFileMode = 0644;
+
 // A path with NUL would reach the system cut short, and name another file.
 bool isUsable(const QString& path)
 {
@@ -91,13 +94,13 @@ OutputFile::~OutputFile()
 
 int OutputFile::create(const QString& path)
 {
-    m_descriptor = openFile(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0666);
+    m_descriptor = openFile(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, kFileMode);
     return m_descriptor < 0 ? errno : 0;
 }
 
 int OutputFile::createNew(const QString& path)
 {
-    m_descriptor = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY, 0666);
+    m_descriptor = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY, kFileMode);
     return m_descriptor < 0 ? errno : 0;
 }
 

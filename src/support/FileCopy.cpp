@@ -101,6 +101,14 @@ int copyWhole(InputFile& source, const FileStamp& stamp, OutputFile& target)
     return stampOf(read) == stamp && written.st_size == stamp.size ? 0 : EBUSY;
 }
 
+// A note's folder that is a symbolic link; the store itself may be one, where its owner has moved
+// it.
+bool leadsOutOfStore(const QString& path)
+{
+    const QString folder = QFileInfo(path).path();
+    return folder != GetAttachmentDir() && QFileInfo(folder).isSymLink();
+}
+
 } // namespace
 
 std::optional<FileStamp> FileStamp::of(const QString& path)
@@ -122,6 +130,8 @@ int CopyFileNoReplace(const QString& from, const QString& to, std::optional<File
 {
     if (to.isEmpty())
         return ENOENT;
+    if (leadsOutOfStore(to))
+        return ELOOP;
     InputFile source;
     if (const int error = source.open(from))
         return error;

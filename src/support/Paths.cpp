@@ -10,6 +10,10 @@ namespace {
 
 constexpr QChar kBackslash = u'\\';
 
+// As far as the user's mask lets others in; never for others to write.
+constexpr QFile::Permissions kDirectoryMode = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser
+    | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+
 bool isSeparator(QChar unit)
 {
     return unit == kBackslash || unit == QDir::separator();
@@ -65,7 +69,7 @@ std::optional<QString> makeDirs(const QString& path)
         *directory += QDir::separator();
     *directory += QStringView(trimmed).sliced(separator + 1);
     // Another process may make it at the same moment, and then it stands too.
-    if (!QDir().mkdir(*directory) && !exists(*directory))
+    if (!QDir().mkdir(*directory, kDirectoryMode) && !exists(*directory))
         return std::nullopt;
     return directory;
 }
