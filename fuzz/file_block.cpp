@@ -1,21 +1,12 @@
 // The list of files from arbitrary bytes, by both readings; what was read as 16-bit text is built
 // and read again.
 
+#include "Require.h"
+
 #include "clipformat/FileBlock.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-
-namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

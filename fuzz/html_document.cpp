@@ -1,22 +1,17 @@
 // HtmlDocument from arbitrary UTF-8: list, read, set, remove, write, and read again what was
 // written.
 
+#include "Require.h"
+
 #include "html/HtmlDocument.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
 constexpr QLatin1StringView kClass("class");
 constexpr QLatin1StringView kExData("nm_exdata");
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 } // namespace
 

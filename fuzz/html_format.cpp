@@ -1,10 +1,11 @@
 // The "HTML Format" bytes: cut out of anything, and build around anything and cut out again.
 
+#include "Require.h"
+
 #include "clipformat/HtmlFormat.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -12,12 +13,6 @@ namespace {
 
 constexpr std::string_view kStartComment = "<!--StartFragment -->\r\n";
 constexpr std::string_view kAsItWas = "as it was";
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 // The view ends where the memory ends, so that the sanitizer sees a read behind it.
 void cut(std::string_view block)

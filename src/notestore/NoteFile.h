@@ -9,9 +9,9 @@ class OutputFile;
 /// The bytes of a note file; docs/note-file.md tells the format. What NoteHtmlRW is made of.
 namespace notestore {
 
-/// Writes marker and text to `path`, a file there being emptied first, and leaves `file` open, to
-/// be flushed. 1 if all of it was written; 0 if the file cannot be opened or a write failed, and
-/// what was written so far is left to the caller.
+/// Makes the file `path`, writes marker and text to it and leaves `file` open, to be flushed. 1 if
+/// all of it was written; 0 if there is something of that name, or the file cannot be made, or a
+/// write failed, and what was written so far is left to the caller.
 int WriteHtmlFile(
     OutputFile& file, const QString& path, const QString& html, NOTE_HTML_VER_NUMBER version);
 
