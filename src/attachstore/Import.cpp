@@ -1,8 +1,8 @@
 #include "attachstore/Import.h"
 
-#include "attachstore/Card.h"
 #include "attachstore/FileRecord.h"
 #include "attachstore/FileType.h"
+#include "attachstore/StoredCard.h"
 #include "noteattach/ExData.h"
 #include "notestore/StorePath.h"
 #include "support/DiskFile.h"
@@ -10,7 +10,6 @@
 #include "support/FileMd5.h"
 #include "support/Log.h"
 #include "support/Paths.h"
-#include "support/Text.h"
 
 namespace attachstore {
 namespace {
@@ -69,25 +68,19 @@ int showPicture(
     return 1;
 }
 
-int showCard(const QString& storeRoot, const DropFileInfo& info, MAF_RESULT& result)
+int showCard(const DropFileInfo& info, MAF_RESULT& result)
 {
-    UnfinishedFile card(storeRoot + CreateGuidString() + QStringLiteral(".tmp"));
+    QString cardName;
     int cardSize = -1;
     const QString fileInfo = FormatFileInfo(static_cast<long>(info.fileSize), info.fileTime);
-    if (!GenerateFileThumb(
-            GetFileTypeByExt(info.fileExt), info.fileName, fileInfo, card.path(), &cardSize))
+    const CardFault fault =
+        StoreCard(GetFileTypeByExt(info.fileExt), info.fileName, fileInfo, cardName, &cardSize);
+    if (fault == CardFault::Drawing)
         return failed("create thumb pic faild ! ");
-    // A digest of less than the card would name it wrongly for ever.
-    qint64 digested = 0;
-    const QString cardMd5 = FileMd5(card.path(), &digested);
-    if (cardMd5.isEmpty() || digested != cardSize)
+    if (fault == CardFault::Digest)
         return failed("cal md5 code faild ! ");
-    showAs(cardMd5 + QStringLiteral(".bmp"), cardSize, result);
-    const QString path = storeRoot + result.picName;
-    const bool isThere = IsFileExist(path);
-    if (isThere ? FlushDirectory(storeRoot) : FinishDurably(card, path))
-        return failed("rename file fald ! ");
-    return 1;
+    showAs(cardName, cardSize, result);
+    return fault == CardFault::Rename ? failed("rename file fald ! ") : 1;
 }
 
 } // namespace
@@ -107,7 +100,7 @@ int MoveAttFile(const QString& noteGuid, const DropFileInfo& info, MAF_RESULT& r
     result.attPath = kNotePath + hashName;
     result.attName = hashName;
     return noteattach::IsPicFileType(info.fileName) ? showPicture(storeRoot, workPath, info, result)
-                                                    : showCard(storeRoot, info, result);
+                                                    : showCard(info, result);
 }
 
 } // namespace attachstore

@@ -1,6 +1,7 @@
 #include "support/FileCopy.h"
 
 #include "support/DiskFile.h"
+#include "support/OwnWrites.h"
 #include "support/Paths.h"
 #include "support/Text.h"
 
@@ -119,8 +120,18 @@ std::optional<FileStamp> FileStamp::of(const QString& path)
     return stampOf(info);
 }
 
+std::optional<FileStamp> FileStamp::ofRegularFile(int directory, const char* name)
+{
+    struct stat info;
+    if (::fstatat(directory, name, &info, 0) != 0 || !S_ISREG(info.st_mode))
+        return std::nullopt;
+    return stampOf(info);
+}
+
 int FinishDurably(UnfinishedFile& file, const QString& path)
 {
+    if (const auto stamp = FileStamp::of(file.path()))
+        ownwrites::remember(path, *stamp);
     if (const int error = file.finish(path))
         return error;
     return FlushDirectory(QFileInfo(path).path());

@@ -20,11 +20,15 @@ struct FileStamp {
 
     /// Of the file at `path`, which is not opened; nothing if there is none.
     static std::optional<FileStamp> of(const QString& path);
+    /// Of the file that `name` leads to from an open directory, or from anywhere with AT_FDCWD and
+    /// a whole path; nothing if that is no regular file.
+    static std::optional<FileStamp> ofRegularFile(int directory, const char* name);
 };
 
 /// Gives a file whose bytes are on the disk its final name, and brings that to the disk too. EEXIST
 /// if there is something of that name. When only the last step fails the file has its name already
-/// and keeps it. Every file of the store but notes gets its name here.
+/// and keeps it. Every file of the store but notes gets its name here, and is one of the library's
+/// own writes (OwnWrites.h).
 int FinishDurably(UnfinishedFile& file, const QString& path);
 
 /// Copies a file to a path in the store, as FinishDurably does; the bytes pass through a temporary

@@ -20,9 +20,7 @@ QString hexadecimal(const Md5Context::Digest& digest)
     return text;
 }
 
-} // namespace
-
-QString FileMd5(QString path, qint64* length)
+QString digest(const std::atomic<bool>* stop, const QString& path, qint64* length)
 {
     Md5Context context;
     InputFile file;
@@ -36,10 +34,24 @@ QString FileMd5(QString path, qint64* length)
     qint64 total = 0;
     qint64 count;
     while ((count = file.read(piece, sizeof piece)) > 0) {
+        if (stop && *stop)
+            return {};
         context.update(piece, static_cast<std::size_t>(count));
         total += count;
     }
     if (length)
         *length = total;
     return hexadecimal(context.digest());
+}
+
+} // namespace
+
+QString FileMd5(QString path, qint64* length)
+{
+    return digest(nullptr, path, length);
+}
+
+QString FileMd5Unless(const std::atomic<bool>& stop, const QString& path, qint64* length)
+{
+    return digest(&stop, path, length);
 }
