@@ -17,6 +17,7 @@ struct Arguments {
     QStringList operands;
     QString guid; ///< --guid
     QString note; ///< --note
+    QString attachment; ///< --attachment
     QString orig; ///< --orig
     QString classValue; ///< --class
     QString srcValue; ///< --src
@@ -32,6 +33,7 @@ int rewriteVerb(const Arguments& arguments);
 int saveVerb(const Arguments& arguments);
 int importVerb(const Arguments& arguments);
 int cardVerb(const Arguments& arguments);
+int syncVerb(const Arguments& arguments);
 int upgradeVerb(const Arguments& arguments);
 int mhtVerb(const Arguments& arguments);
 int clipVerb(const Arguments& arguments);

@@ -35,6 +35,11 @@ const QString kUsage = QStringLiteral(R"(usage: nmnote [--app-dir DIR] VERB ...
   save FILE [--version N]    file the note into the store; its record as JSON
   import --note GUID FILE... take any files into the store as attachments of a note;
                              what became of each, as a JSON array
+  sync --note FILE --attachment PATH
+                             make a note follow a change of an attachment's file in its
+                             folder of the store: a new card or picture, and the note filed
+                             anew; its records as a save hands them out, [] if nothing
+                             has changed
   card NAME INFO OUT.bmp     draw the card of a file with that name and second line;
                              what was drawn, as JSON
   clip encode                a fragment's HTML (UTF-8, up to a zero byte) to the bytes
@@ -78,6 +83,8 @@ const Verb kVerbs[]{
     {QStringLiteral("mht"), 2, 2, {QStringLiteral("embed")}, {}, mhtVerb},
     {QStringLiteral("save"), 1, 1, {QStringLiteral("version")}, {}, saveVerb},
     {QStringLiteral("import"), 1, kAnyNumber, {}, {QStringLiteral("note")}, importVerb, true},
+    {QStringLiteral("sync"), 0, 0, {}, {QStringLiteral("note"), QStringLiteral("attachment")},
+        syncVerb, true},
     {QStringLiteral("card"), 3, 3, {}, {}, cardVerb, true},
     {QStringLiteral("clip"), 1, 1, {}, {}, clipVerb},
     {QStringLiteral("files"), 1, 1, {}, {}, filesVerb},
@@ -142,6 +149,7 @@ QString readArguments(const Verb& verb, const QCommandLineParser& parser, Argume
         return QStringLiteral("%1: wrong number of operands").arg(verb.name);
     arguments.guid = parser.value(QStringLiteral("guid"));
     arguments.note = parser.value(QStringLiteral("note"));
+    arguments.attachment = parser.value(QStringLiteral("attachment"));
     arguments.orig = parser.value(QStringLiteral("orig"));
     arguments.classValue = parser.value(QStringLiteral("class"));
     arguments.srcValue = parser.value(QStringLiteral("src"));
@@ -170,7 +178,8 @@ int run(int argc, char** argv)
         {{QStringLiteral("h"), QStringLiteral("help")}, QString()},
         {QStringLiteral("app-dir"), QString(), QStringLiteral("DIR")},
         {QStringLiteral("guid"), QString(), QStringLiteral("G")},
-        {QStringLiteral("note"), QString(), QStringLiteral("GUID")},
+        {QStringLiteral("note"), QString(), QStringLiteral("NOTE")},
+        {QStringLiteral("attachment"), QString(), QStringLiteral("PATH")},
         {QStringLiteral("orig"), QString(), QStringLiteral("NAME")},
         {QStringLiteral("class"), QString(), QStringLiteral("V")},
         {QStringLiteral("src"), QString(), QStringLiteral("V")},
