@@ -1,5 +1,28 @@
 #include "attachfiles/AttachFileMonitor.h"
 
+#include "attachstore/WorkingCopy.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr quint32 kModified = 3;
+constexpr quint32 kRenamedNewName = 5;
+
+template <typename Condition>
+int copyFirst(const std::vector<AttachmentFile>& list, Condition condition, AttachmentFile& out)
+{
+    const auto found = std::find_if(list.begin(), list.end(), condition);
+    if (found == list.end())
+        return 0;
+    out = *found;
+    return 1;
+}
+
+} // namespace
+
+IFileMonitorNotify::~IFileMonitorNotify() = default;
+
 AttachFileMonitor::AttachFileMonitor() = default;
 AttachFileMonitor::AttachFileMonitor(const AttachFileMonitor&) = default;
 AttachFileMonitor& AttachFileMonitor::operator=(const AttachFileMonitor&) = default;
@@ -18,3 +41,51 @@ int AttachFileMonitor::Start()
 }
 
 void AttachFileMonitor::Stop() { }
+
+void AttachFileMonitor::OnEvent(const QString& path, quint32 action)
+{
+    if (!m_msgWnd)
+        return;
+    if (action != kModified && action != kRenamedNewName)
+        return;
+    if (attachstore::IsTemporaryPath(path))
+        return;
+    DoAttachFileSync(path);
+}
+
+void AttachFileMonitor::DoAttachFileSync(const QString& path)
+{
+    // Kept: what is found out goes nowhere, as the watcher sends the message.
+    QString noteFolder, fileName;
+    GetAttachInfoFromPath(path, noteFolder, fileName);
+}
+
+void AttachFileMonitor::GetAttachInfoFromPath(
+    const QString& path, QString& noteFolder, QString& fileName)
+{
+    attachstore::GetAttachInfoFromPath(path, noteFolder, fileName);
+}
+
+int AttachFileMonitor::GetAttachFileInfo(
+    const std::vector<AttachmentFile>& list, const QString& origName, AttachmentFile& out)
+{
+    return copyFirst(
+        list, [&](const AttachmentFile& file) { return file.origName == origName; }, out);
+}
+
+int AttachFileMonitor::GetNoteHtmlFileInfo(
+    const std::vector<AttachmentFile>& list, AttachmentFile& out)
+{
+    return copyFirst(
+        list, [](const AttachmentFile& file) { return file.fileType == 0; }, out);
+}
+
+long AttachFileMonitor::GetAttachTotalSize(const std::vector<AttachmentFile>& list)
+{
+    quint32 total = 0; // unsigned, so that it wraps
+    for (const AttachmentFile& file : list) {
+        if (file.fileType != 0)
+            total += static_cast<quint32>(file.fileSize);
+    }
+    return static_cast<qint32>(total);
+}
