@@ -23,6 +23,9 @@ EditorPane::EditorPane(Shelf& shelf, const QString& storeDir, QWidget* parent)
     layout->addWidget(&m_control);
     m_control.show();
     setFocusProxy(&m_control);
+    m_watcher.SetMsgReceiver(&m_control);
+    m_watcher.SetNoteFileSource(
+        [this](const QString& guid) { return noteFile(m_shelf, m_storeDir, guid); });
 }
 
 EditorPane::~EditorPane()
@@ -36,6 +39,7 @@ bool EditorPane::event(QEvent* event)
     if (event->type() != QEvent::Type(WM_EDITOR_READY))
         return QWidget::event(event);
     m_ready = true;
+    m_watcher.Start();
     Q_EMIT ready();
     return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <nomareditor/AttachFileWatcher.h>
 #include <nomareditor/CNomarEditorImpl.h>
 #include <nomareditor/INmEditorNotify.h>
 
@@ -55,6 +56,7 @@ private:
     Shelf& m_shelf;
     const QString m_storeDir;
     CNomarEditorImpl m_control;
+    AttachFileWatcher m_watcher; // attachments that are changed in other programs
     bool m_usable = false;
     bool m_ready = false;
     bool m_readOnly = true;

@@ -35,3 +35,9 @@ QString attachmentFile(Shelf& shelf, const QString& storeDir, const QString& not
     const bool inside = inStore.fileName() == fileName && !fileName.contains(QChar::Null);
     return inside && inStore.isFile() ? inStore.absoluteFilePath() : QString();
 }
+
+QString noteFile(Shelf& shelf, const QString& storeDir, const QString& noteGuid)
+{
+    const std::vector<QString> names = shelf.htmlFiles(noteGuid);
+    return names.size() == 1 ? QDir(storeDir).filePath(names.front()) : QString();
+}

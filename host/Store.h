@@ -12,3 +12,7 @@ void sweepLeftovers(Shelf& shelf, const QString& storeDir);
 /// else, as with old notes, the file of that name in the store itself.
 QString attachmentFile(Shelf& shelf, const QString& storeDir, const QString& noteGuid,
     const QString& fileName, const QString& origName);
+
+/// Path of the HTML file of a note that is to follow a change of its attachments; empty if the
+/// shelf has no such note, or one of several files.
+QString noteFile(Shelf& shelf, const QString& storeDir, const QString& noteGuid);

@@ -49,9 +49,11 @@ bool PageBridge::perform(const QString& method, const QString& argument, const M
     const std::function<void(const JsonObject&)>& onSuccess)
 {
     QString reply;
+    const quint64 load = m_note.m_loads;
     long code = m_page.call(method, argument, reply);
-    // The page died under this call. It comes back in the state before it: the call goes again.
-    if (code == PAGE_CALL_LOST)
+    // The page died under this call. It comes back in the state before it: the call goes again,
+    // unless the host has opened another text meanwhile, which it is not meant for.
+    if (code == PAGE_CALL_LOST && m_note.m_loads == load)
         code = m_page.call(method, argument, reply);
     return evaluate(code, reply, messages, onSuccess);
 }

@@ -6,7 +6,6 @@
 #include "editor/NmWebNoteHandler_p.h"
 #include "notestore/NoteHtmlRW.h"
 #include "platform/KeyState.h"
-#include "support/Log.h"
 #include "support/Paths.h"
 #include "support/Text.h"
 
@@ -170,20 +169,6 @@ bool CNomarEditorImpl::event(QEvent* event)
         static_cast<WindowMessage*>(event)->takeRecord<SyncFileModifyArg>();
     DispatchInOrder([this, arg] { OnAttachFileModify(arg.get()); });
     return true;
-}
-
-long CNomarEditorImpl::OnAttachFileModify(SyncFileModifyArg* arg)
-{
-    if (!arg)
-        return 1;
-    DoAttachFileModify(*arg);
-    return 0;
-}
-
-void CNomarEditorImpl::DoAttachFileModify(const SyncFileModifyArg&)
-{
-    SingletonTemplate<CLog4C>::GetInstance()->WriteLog(QStringLiteral(
-        "[ERROR] CNomarEditorImpl::DoAttachFileModify is not available in this version"));
 }
 
 // --- Notes ---

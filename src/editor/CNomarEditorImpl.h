@@ -26,6 +26,9 @@ struct SyncFileModifyArg;
 ///   6. keep what each `OnSaveNote` brings;
 ///   7. `DestroyWindow` or simply delete it.
 ///
+/// A file of an attachment that was changed in another program reaches it as message 2224:
+/// `AttachFileWatcher.h`. It then names the new content in that note, open or not, and files it.
+///
 /// It saves by itself when the browser loses the focus and on Ctrl+S and Ctrl+F4. If the engine's
 /// render process dies, the page is loaded again with the note as it was, at most the last second
 /// of typing missing; an empty text is never filed because of such a death.
@@ -65,8 +68,13 @@ public:
 protected:
     void OnSave();
     void OnDestroy() override;
+    /// Message 2224. 1 for a null record, else 0. The record stays the caller's.
     long OnAttachFileModify(SyncFileModifyArg* arg);
+    /// Carries the change of an attachment's file into the store, the note and the host.
     void DoAttachFileModify(const SyncFileModifyArg& arg);
+    /// 1, and `thumbName` is the file that the note is to show from now on; 0 after a failure,
+    /// which is logged.
+    int GenerateThumbPic(const SyncFileModifyArg& arg, QString& thumbName);
     void ModifyIEWndProc();
     void SetEditorText(const QString& html, NOTE_HTML_VER_NUMBER version, int readOnly);
     static long IEHookWndProc(QWidget* hwnd, QEvent* message);
@@ -88,4 +96,10 @@ protected:
     INmEditorNotify* m_notify = nullptr;
     NmWebNoteHandler m_handler;
     AttachFileMonitor m_monitor;
+
+private:
+    void changeOpenNote(
+        const SyncFileModifyArg& arg, const QString& thumbName, const QString& time);
+    void changeClosedNote(
+        const SyncFileModifyArg& arg, const QString& thumbName, const QString& time);
 };

@@ -290,6 +290,15 @@ TEST_F(PageBridgeTest, ACallCutByTheDeathOfThePageGoesAgain)
     EXPECT_EQ(note.m_readOnly, 1);
 }
 
+TEST_F(PageBridgeTest, ALostCallIsNotSentAgainIntoAnotherNote)
+{
+    page.answer(PAGE_CALL_LOST);
+    page.onCall = [&] { ++note.m_loads; };
+    bridge.UpdateHtmlAttachAttr(
+        QStringLiteral("a.txt"), QStringLiteral("class"), QStringLiteral("src"));
+    EXPECT_EQ(page.calls.size(), 1u);
+}
+
 TEST_F(PageBridgeTest, ClearingTheCacheReadsNoReplyAndLogsNothing)
 {
     page.answer(S_OK, QStringLiteral("rubbish"));

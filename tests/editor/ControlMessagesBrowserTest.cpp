@@ -16,16 +16,6 @@ TEST_F(Control, AChangedAttachmentWithoutARecordIsRefused)
     EXPECT_EQ(control.OnAttachFileModify(&arg), 0);
 }
 
-TEST_F(Control, AChangedAttachmentArrivesAsAMessage)
-{
-    start();
-    QCoreApplication::postEvent(bench->control,
-        WindowMessage::carrying(WM_ATTACH_FILE_MODIFY, std::make_unique<SyncFileModifyArg>()));
-    QStringList lines;
-    EXPECT_TRUE(waitFor([&] { return !(lines += log.take()).isEmpty(); }));
-    EXPECT_TRUE(lines[0].contains(QStringLiteral("DoAttachFileModify")));
-}
-
 TEST_F(Control, TheCopyMessageReachesItsHandler)
 {
     start();

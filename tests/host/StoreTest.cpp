@@ -118,3 +118,20 @@ TEST_F(AttachmentFileTest, NeverLeadsOutOfTheStore)
              u"sub"_s, u"."_s, u".."_s, u""_s, u"plain\0x"_s, u"sub/../plain"_s})
         EXPECT_EQ(fileOf(name, {}), QString()) << qPrintable(name);
 }
+
+using NoteFileTest = TestShelf;
+
+TEST_F(NoteFileTest, IsTheFileOfTheLastSaveAndEmptyForANoteThatIsNotOnTheShelf)
+{
+    EXPECT_EQ(noteFile(shelf, storeDir(), u"g"_s), QString());
+    ASSERT_TRUE(save(u"g"_s, u"1"_s, u"1.html"_s) && save(u"g"_s, u"2"_s, u"2.html"_s));
+    EXPECT_EQ(noteFile(shelf, storeDir(), u"g"_s), storeDir() + u"/2.html"_s);
+    EXPECT_EQ(noteFile(shelf, storeDir(), {}), QString());
+}
+
+TEST_F(NoteFileTest, IsEmptyForANoteOfSeveralFiles)
+{
+    ASSERT_TRUE(shelf.saveNote(
+        u"g"_s, {record(0, u"1.html"_s, put(u"1.html"_s)), record(0, u"2.html"_s, {})}, {}));
+    EXPECT_EQ(noteFile(shelf, storeDir(), u"g"_s), QString());
+}

@@ -56,6 +56,7 @@ public:
 /// The control with its protected steps in the open.
 class TestControl : public CNomarEditorImpl {
 public:
+    using CNomarEditorImpl::GenerateThumbPic;
     using CNomarEditorImpl::IEHookWndProc;
     using CNomarEditorImpl::ModifyIEWndProc;
     using CNomarEditorImpl::OnAttachFileModify;
