@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <new>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <system_error>
 #include <unistd.h>
@@ -73,6 +74,7 @@ StoreWatch::~StoreWatch()
 
 void StoreWatch::run()
 {
+    ::pthread_setname_np(::pthread_self(), "nomar-watch");
     const ownwrites::Watching watching;
     m_store.begin();
     m_listener.watching(m_store.folderCount());

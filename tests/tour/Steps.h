@@ -44,6 +44,10 @@ void filesAndHtmlOfOtherProgramsArePasted(Tour& tour);
 void anExportIsOneFileWithPictures(Tour& tour);
 void aCardOpensAndARestartKeepsAll(Tour& tour);
 
+// StepsSync.cpp: attachments are edited in other programs.
+void anAttachmentIsEditedElsewhere(Tour& tour);
+void anAttachmentOfAClosedNoteIsEditedElsewhere(Tour& tour);
+
 // StepsKeeping.cpp again: how it looks elsewhere.
 void chineseWindow(Tour& tour);
 void darkWindow(Tour& tour);

@@ -50,6 +50,8 @@ constexpr Step steps[] = {
     {"files and HTML of other programs are pasted", filesAndHtmlOfOtherProgramsArePasted},
     {"an export is one file with its pictures", anExportIsOneFileWithPictures},
     {"a card opens, and a restart keeps all", aCardOpensAndARestartKeepsAll},
+    {"an attachment is edited elsewhere", anAttachmentIsEditedElsewhere},
+    {"one of a closed note is edited elsewhere", anAttachmentOfAClosedNoteIsEditedElsewhere},
     {"the window in Chinese", chineseWindow},
     {"the window in the dark", darkWindow},
 };
