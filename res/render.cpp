@@ -1,4 +1,5 @@
-// render OUT_DIR FILE.svg...: draws each file on white, 32 by 32 pixels, into OUT_DIR/<name>.bmp.
+// render icons|pictures OUT_DIR FILE.svg...: draws each file into OUT_DIR. Icons on white, 32 by 32 pixels, as
+// BMP; pictures in their own size, with their transparency, as PNG.
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -6,22 +7,27 @@
 
 namespace {
 
-constexpr QSize kSize(32, 32);
+constexpr QSize kIconSize(32, 32);
 
-bool render(const QString& source, const QString& directory)
+bool render(const QString& source, const QString& directory, bool isIcon)
 {
     // Qt's SVG reader is a plugin, so nothing has to be linked for it.
     QImageReader reader(source, "svg");
-    reader.setScaledSize(kSize);
-    reader.setBackgroundColor(Qt::white);
-    const QImage icon = reader.read();
-    if (icon.isNull()) {
+    if (isIcon) {
+        reader.setScaledSize(kIconSize);
+        reader.setBackgroundColor(Qt::white);
+    }
+    const QImage image = reader.read();
+    if (image.isNull()) {
         qCritical("%s: %s", qPrintable(source), qPrintable(reader.errorString()));
         return false;
     }
-    const QString target =
-        directory + u'/' + QFileInfo(source).completeBaseName() + QStringLiteral(".bmp");
-    if (!icon.convertToFormat(QImage::Format_RGB888).save(target, "bmp")) {
+    const char* const type = isIcon ? "bmp" : "png";
+    const QString target = directory + u'/' + QFileInfo(source).completeBaseName() + u'.'
+        + QLatin1StringView(type);
+    // Straight alpha is what a PNG file holds.
+    const auto format = isIcon ? QImage::Format_RGB888 : QImage::Format_ARGB32;
+    if (!image.convertToFormat(format).save(target, type)) {
         qCritical("%s cannot be written", qPrintable(target));
         return false;
     }
@@ -34,12 +40,13 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 3) {
-        qCritical("usage: render OUT_DIR FILE.svg...");
+    const QString kind = arguments.value(1);
+    if (arguments.size() < 4 || (kind != u"icons" && kind != u"pictures")) {
+        qCritical("usage: render icons|pictures OUT_DIR FILE.svg...");
         return 2;
     }
-    for (const QString& source : arguments.mid(2)) {
-        if (!render(source, arguments[1]))
+    for (const QString& source : arguments.mid(3)) {
+        if (!render(source, arguments[2], kind == u"icons"))
             return 1;
     }
     return 0;

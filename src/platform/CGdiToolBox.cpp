@@ -51,3 +51,14 @@ QImage CGdiToolBox::LoadBitmap(const QMimeData& data)
     const auto image = qvariant_cast<QImage>(data.imageData());
     return isBearable(image.size()) ? image : QImage();
 }
+
+void CGdiToolBox::PreMultiplyAlpha(QImage& bitmap)
+{
+    bitmap = bitmap.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+void CGdiToolBox::RectCenter(QRect& rect, int width, int height)
+{
+    rect = QRect(rect.x() + (rect.width() - width) / 2, rect.y() + (rect.height() - height) / 2,
+        width, height);
+}

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QRect>
 
 class QMimeData;
 
@@ -19,4 +20,11 @@ public:
     /// The image that a drag or the clipboard offers as pixels. Null if there is none, or it has
     /// more than `maxPixels`.
     static QImage LoadBitmap(const QMimeData& data);
+
+    /// Multiplies the colour of each pixel by its alpha, and says so in the image's format. An
+    /// image of such a format, and a null one, stay as they are.
+    static void PreMultiplyAlpha(QImage& bitmap);
+    /// Turns `rect` into a rectangle of that size centred in the old one; where that leaves half a
+    /// pixel over, the spare one lies right or below.
+    static void RectCenter(QRect& rect, int width, int height);
 };

@@ -2,6 +2,7 @@
 
 #include "platform/BrowserNotify.h"
 #include "platform/WindowMessage.h"
+#include "platform/WindowStyle.h"
 #include "support/Export.h"
 
 #include <QStringList>
@@ -12,9 +13,6 @@
 #include <vector>
 
 class KeyState;
-
-/// The bit of `Create`'s style that shows the control at once.
-inline constexpr unsigned WS_VISIBLE = 0x10000000;
 
 /// The procedure that handles an event of the browser's input widget. Returns what the browser
 /// returned for it.
