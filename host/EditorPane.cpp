@@ -99,6 +99,27 @@ QString EditorPane::exportNote(const QString& path, bool withPictures)
     return reason;
 }
 
+void EditorPane::openAttachment(const NewAttachFile& file)
+{
+    OnOpenAttachment(m_guid, file.fileName, file.origName);
+}
+
+void EditorPane::copyAttachments(const std::vector<NewAttachFile>& files)
+{
+    std::vector<AttachFileInfo> named;
+    for (const NewAttachFile& file : files)
+        named.push_back({file.fileName, file.origName,
+            attachmentFile(m_shelf, m_storeDir, m_guid, file.fileName, file.origName)});
+    m_control.Handler().AddAttachToClipboard(named);
+}
+
+void EditorPane::removeAttachments(const std::vector<NewAttachFile>& files)
+{
+    for (const NewAttachFile& file : files)
+        m_control.Handler().RemoveAttach(file.fileName, file.origName);
+    saveNote();
+}
+
 int EditorPane::OnSaveNote(
     const QString& noteGuid, std::vector<NewAttachFile>& files, const QString& plainText)
 {

@@ -34,6 +34,11 @@ public:
 
     /// Paints the word over the open note; an empty one takes the paint away.
     void highlight(const QString& word);
+    /// What the list of files asks for. A removal is an edit of the note, which its undo takes
+    /// back, and is saved at once.
+    void openAttachment(const NewAttachFile& file);
+    void copyAttachments(const std::vector<NewAttachFile>& files);
+    void removeAttachments(const std::vector<NewAttachFile>& files);
     /// Writes the open note as one file, with or without its pictures. Empty on success, else why
     /// not.
     QString exportNote(const QString& path, bool withPictures);

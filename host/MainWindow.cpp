@@ -11,6 +11,7 @@ MainWindow::MainWindow(Shelf& shelf, const QString& storeDir, QSettings& setting
     , m_settings(settings)
     , m_notes(new NoteList(shelf, this))
     , m_pane(new EditorPane(shelf, storeDir, this))
+    , m_files(new FilePane(shelf, storeDir, this))
 {
     setWindowTitle(tr("Notes"));
     makeToolBar();
@@ -110,7 +111,10 @@ void MainWindow::makeNoteArea()
     });
     auto* empty = new QLabel(tr("No note is open. Ctrl+N makes a new one."));
     empty->setAlignment(Qt::AlignCenter);
-    m_stack->addWidget(m_pane);
+    m_noteAndFiles->Create(m_stack, m_stack->rect(), 1);
+    m_noteAndFiles->SetBottomHeight(m_settings.value(u"files"_s, 170).toInt());
+    m_noteAndFiles->SetSplitterWnd(m_pane, m_files);
+    m_stack->addWidget(m_noteAndFiles);
     m_stack->addWidget(empty);
     auto* area = new QWidget;
     auto* column = new QVBoxLayout(area);
@@ -129,9 +133,13 @@ void MainWindow::connectPane()
     // Queued: the control is in the middle of a save or a page call when it tells of these.
     connect(m_pane, &EditorPane::ready, this, &MainWindow::start, Qt::QueuedConnection);
     connect(m_pane, &EditorPane::saveFailed, this, &MainWindow::complain, Qt::QueuedConnection);
-    connect(m_pane, &EditorPane::attachmentMissing, this, [this](const QString& name) {
-        statusBar()->showMessage(tr("The file %1 cannot be opened.").arg(name), 10'000);
-    });
+    const auto tell = [this](const QString& text) { statusBar()->showMessage(text, 10'000); };
+    connect(m_pane, &EditorPane::attachmentMissing, this,
+        [=, this](const QString& name) { tell(tr("The file %1 cannot be opened.").arg(name)); });
+    connect(m_files, &FilePane::failed, this, tell);
+    connect(m_files, &FilePane::openRequested, m_pane, &EditorPane::openAttachment);
+    connect(m_files, &FilePane::copyRequested, m_pane, &EditorPane::copyAttachments);
+    connect(m_files, &FilePane::removeRequested, m_pane, &EditorPane::removeAttachments);
     const auto saved = [this] {
         m_complaint->hide();
         refresh();
@@ -253,6 +261,7 @@ void MainWindow::showNote()
             : tr("%1 words · %2 attachments · %3")
                   .arg(QString::number(note.words), QString::number(note.attachments),
                       locale().formattedDataSize(note.bytes)));
+    m_files->showNote(m_pane->noteGuid(), note.readOnly || note.binned);
     m_readOnlyAction->setChecked(note.readOnly);
     m_readOnlyAction->setEnabled(open && !note.binned);
     m_binAction->setEnabled(open && !note.binned);
@@ -272,4 +281,6 @@ void MainWindow::closeEvent(QCloseEvent* event)
     m_settings.setValue(u"geometry"_s, saveGeometry());
     m_settings.setValue(u"splitter"_s, m_splitter->saveState());
     m_settings.setValue(u"note"_s, m_pane->noteGuid());
+    if (m_files->isVisible()) // not folded away
+        m_settings.setValue(u"files"_s, m_noteAndFiles->height() - m_pane->height());
 }

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "EditorPane.h"
+#include "FilePane.h"
 #include "NoteList.h"
 #include "Shelf.h"
 
+#include <nomareditor/CNomarUpDownView.h>
+
 #include <QtWidgets>
 
-/// The window: notes and search at the left, the open note at the right, its figures below.
+/// The window: notes and search at the left, the open note at the right over its files, its
+/// figures below.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -41,6 +45,8 @@ private:
     QSettings& m_settings;
     NoteList* const m_notes;
     EditorPane* const m_pane;
+    FilePane* const m_files;
+    CNomarUpDownView* const m_noteAndFiles = new CNomarUpDownView;
     QSplitter* const m_splitter = new QSplitter;
     QListView* const m_list = new QListView;
     QStackedWidget* const m_stack = new QStackedWidget;

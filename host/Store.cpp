@@ -3,6 +3,7 @@
 #include "Shelf.h"
 
 #include <QDir>
+#include <QSaveFile>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +20,18 @@ void sweepLeftovers(Shelf& shelf, const QString& storeDir)
             QDir().rmdir(file.path());
         return gone;
     });
+}
+
+bool saveCopy(const QString& path, const QString& target)
+{
+    QFile source(path);
+    QSaveFile copy(target);
+    if (!source.open(QIODevice::ReadOnly) || !copy.open(QIODevice::WriteOnly))
+        return false;
+    for (QByteArray piece; !(piece = source.read(1 << 20)).isEmpty();)
+        if (copy.write(piece) != piece.size())
+            return false;
+    return source.error() == QFile::NoError && copy.commit();
 }
 
 QString attachmentFile(Shelf& shelf, const QString& storeDir, const QString& noteGuid,

@@ -217,6 +217,27 @@ int PageBridge::AddPicToEditor(
     return done ? 1 : 0;
 }
 
+int PageBridge::RemoveAttach(const QString& fileName, const QString& origName)
+{
+    Json::Value object;
+    object["file"] = WideToAnsi(fileName);
+    object["name"] = WideToAnsi(origName);
+    const QString argument = AnsiToWide(object.toStyledString());
+    const QString kind = QStringLiteral("removeAttachment");
+    QString reply;
+    long code = m_page.request(kind, argument, reply);
+    // As in perform: it comes back in the state before the call.
+    if (code == PAGE_CALL_LOST)
+        code = m_page.request(kind, argument, reply);
+    const bool done = evaluate(code, reply,
+        {QStringLiteral("[ERROR] 从笔记编辑器删除附件失败，错误信息：%s"),
+            QStringLiteral("[ERROR] 从笔记编辑器删除附件，解析js返回json字符串失败！"),
+            QStringLiteral(
+                "[ERROR] 从笔记编辑器删除附件，js方法调用失败！，ErrMsg:unknow error ！")},
+        {});
+    return done ? 1 : 0;
+}
+
 std::vector<std::pair<QString, QStringList>> PageBridge::restoringCalls()
 {
     const auto call = [](const char* method, const QString& argument) {

@@ -40,6 +40,11 @@ public:
     int AddPicToEditor(
         const QString& picPath, const QString& strData, const QString& exData, const QString& type);
 
+    /// Takes every element of one attachment out of the text, as an edit that the page's undo takes
+    /// back: `fileName` is its name in the store, `origName` its original one. 1 if there was one,
+    /// else 0, as in a read-only note.
+    int RemoveAttach(const QString& fileName, const QString& origName);
+
     /// What puts a page that has died back into the state of this note: calls of `jsProcessor`, to
     /// be sent before any other.
     std::vector<std::pair<QString, QStringList>> restoringCalls();

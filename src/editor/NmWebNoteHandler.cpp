@@ -187,6 +187,11 @@ int NmWebNoteHandler::UpdateHtmlAttachAttr(
     return d->bridge.UpdateHtmlAttachAttr(origName, classValue, srcValue);
 }
 
+int NmWebNoteHandler::RemoveAttach(const QString& fileName, const QString& origName)
+{
+    return d->bridge.RemoveAttach(fileName, origName);
+}
+
 // --- What the browser calls ---
 
 long NmWebNoteHandler::OnGetFunId(const QString& name)

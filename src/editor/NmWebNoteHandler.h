@@ -100,6 +100,11 @@ public:
     /// original name. Both values must be valid inside a JSON text. Always returns 1.
     int UpdateHtmlAttachAttr(
         const QString& origName, const QString& classValue, const QString& srcValue);
+    /// Takes an attachment out of the open note, wherever it stands in it: `fileName` and
+    /// `origName` as in the record of the last save. It is an edit like the user's own: it is filed
+    /// with the next save, and the page's undo brings the attachment back, so its file must stay.
+    /// 1, or 0 if the note has no such attachment or is read-only.
+    int RemoveAttach(const QString& fileName, const QString& origName);
 
     // --- Files on their way in ---
 

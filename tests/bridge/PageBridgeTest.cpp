@@ -349,6 +349,17 @@ TEST_F(PageBridgeTest, AnAttachmentGoesToThePageAsStyledJson)
     EXPECT_TRUE(page.calls[0].second.contains(u'\n'));
 }
 
+TEST_F(PageBridgeTest, ARemovalNamesFileAndOriginalNameAndOutlastsADeathOfThePage)
+{
+    page.answer(PAGE_CALL_LOST);
+    EXPECT_EQ(bridge.RemoveAttach(QStringLiteral("1.txt"), QStringLiteral("报告 \"1\".txt")), 1);
+    ASSERT_EQ(page.calls.size(), 2u);
+    EXPECT_EQ(page.calls[1].first, QStringLiteral("removeAttachment"));
+    const QJsonObject object = QJsonDocument::fromJson(page.calls[1].second.toUtf8()).object();
+    EXPECT_EQ(object[QStringLiteral("file")].toString(), QStringLiteral("1.txt"));
+    EXPECT_EQ(object[QStringLiteral("name")].toString(), QStringLiteral("报告 \"1\".txt"));
+}
+
 // --- The messages of each method ---
 
 struct MethodMessages {
@@ -397,6 +408,12 @@ INSTANTIATE_TEST_SUITE_P(OfEachMethod, PageMessages,
             QStringLiteral("添加附件到笔记编辑器，错误信息：原因 %s"),
             QStringLiteral("添加附件到笔记编辑器，解析js返回json字符串失败！"),
             QStringLiteral("添加附件到笔记编辑器，js方法调用失败！，ErrMsg:unknow error ！")},
+        MethodMessages{"RemoveAttach",
+            [](PageBridge& b) { EXPECT_EQ(b.RemoveAttach(QStringLiteral("a"), {}), 0); },
+            QStringLiteral("[ERROR] 从笔记编辑器删除附件失败，错误信息：原因 %s"),
+            QStringLiteral("[ERROR] 从笔记编辑器删除附件，解析js返回json字符串失败！"),
+            QStringLiteral(
+                "[ERROR] 从笔记编辑器删除附件，js方法调用失败！，ErrMsg:unknow error ！")},
         MethodMessages{"SelectedAttach",
             [](PageBridge& b) { EXPECT_EQ(b.SelectedAttach(QStringLiteral("a")), 0); },
             QStringLiteral("选中笔记附件失败，错误信息：原因 %s"),

@@ -143,6 +143,32 @@ TEST_F(Attaching, DroppedFilesStandInTheNoteAndAreFiledWithTheirRecords)
     EXPECT_TRUE(log.take().isEmpty());
 }
 
+TEST_F(Attaching, ARemovedAttachmentIsFiledAwayAndUndoBringsItBack)
+{
+    offer({file(QStringLiteral("报告.txt")), file(QStringLiteral("b.pdf"))});
+    enter();
+    drop();
+    control().SaveEditor();
+    const std::vector<NewAttachFile> before = bench.host.saves.back().files;
+    const NewAttachFile& report = before.at(1);
+    EXPECT_EQ(handler().RemoveAttach(report.fileName, QStringLiteral("b.pdf")), 0);
+    EXPECT_EQ(handler().RemoveAttach(report.fileName, report.origName), 1);
+    EXPECT_EQ(handler().RemoveAttach(report.fileName, report.origName), 0);
+    control().SaveEditor();
+    EXPECT_EQ(inNote(), QStringList{QStringLiteral("b.pdf")});
+    ASSERT_EQ(bench.host.saves.size(), 2u);
+    EXPECT_EQ(bench.host.saves.back().files.size(), 3u);
+    EXPECT_TRUE(QFile::exists(report.filePath));
+
+    control().activateWindow();
+    bench.input()->setFocus();
+    bench.inNote(QStringLiteral("(doc.defaultView.focus(), doc.body.focus(), 1)"));
+    QTest::keyClick(bench.input(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(waitFor([&] { return inNote().contains(QStringLiteral("报告.txt")); }));
+    control().SaveEditor();
+    EXPECT_EQ(bench.host.saves.back().files.size(), before.size());
+}
+
 TEST_F(Attaching, ADropThatProposesToMoveIsTakenAsACopy)
 {
     offer({file(QStringLiteral("a.txt"))});

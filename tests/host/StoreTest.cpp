@@ -135,3 +135,22 @@ TEST_F(NoteFileTest, IsEmptyForANoteOfSeveralFiles)
         u"g"_s, {record(0, u"1.html"_s, put(u"1.html"_s)), record(0, u"2.html"_s, {})}, {}));
     EXPECT_EQ(noteFile(shelf, storeDir(), u"g"_s), QString());
 }
+
+using SaveCopyTest = TestShelf;
+
+TEST_F(SaveCopyTest, ACopyIsWholeOrTheTargetStaysAsItWas)
+{
+    const QString source = put(u"a.bin"_s, QByteArray(3'000'000, 'x'));
+    const QString target = put(u"b.bin"_s, "old");
+    EXPECT_FALSE(saveCopy(storeDir() + u"/missing"_s, target));
+    EXPECT_FALSE(saveCopy(storeDir(), target));
+    EXPECT_EQ(QFileInfo(target).size(), 3);
+    EXPECT_FALSE(saveCopy(source, storeDir() + u"/no/such/folder/b"_s));
+    EXPECT_TRUE(saveCopy(source, target));
+    EXPECT_EQ(QFileInfo(target).size(), 3'000'000);
+    EXPECT_TRUE(saveCopy(source, source));
+    EXPECT_EQ(QFileInfo(source).size(), 3'000'000);
+    put(u"empty"_s, {});
+    EXPECT_TRUE(saveCopy(storeDir() + u"/empty"_s, target));
+    EXPECT_EQ(QFileInfo(target).size(), 0);
+}

@@ -246,3 +246,64 @@ TEST_F(PageAttachments, AttributesSurviveAnEditWithBackslashes)
         EXPECT_EQ(attribute(u"img"_s, name), u"../userdata\\attachment\\1#2%3.bmp"_s);
     EXPECT_TRUE(page.html().contains(u"class=\"userdata\\attachment\\1#2%3.bmp\""_s));
 }
+
+TEST_F(PageAttachments, RemovedWhereverItStandsAndUndoBringsItBack)
+{
+    const QString note = u"<p>ab"_s + element(u"报告 \"1\".doc"_s, u"1.doc"_s) + u"cd</p><p>"_s
+        + element(u"b.doc"_s, u"2.doc"_s) + u"</p>"_s;
+    page.load(note);
+    page.focusNote();
+    page.caret(u"p"_s, 1);
+    const QJsonObject reply = page.callPrivate(
+        u"removeAttachment"_s, u"{\"file\":\"1.doc\",\"name\":\"报告 \\\"1\\\".doc\"}"_s);
+    EXPECT_EQ(reply[u"result"], QJsonValue(true));
+    EXPECT_EQ(reply[u"count"], QJsonValue(1));
+    EXPECT_EQ(page.jsText(u"note.querySelector('p').textContent"_s), u"abcd"_s);
+    EXPECT_TRUE(page.jsBool(u"note.images.length === 1"_s));
+    page.type(u"x"_s);
+    EXPECT_EQ(page.jsText(u"note.querySelector('p').textContent"_s), u"axbcd"_s)
+        << "the caret moved";
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), note);
+    page.key(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_TRUE(page.jsBool(u"note.images.length === 1"_s));
+}
+
+TEST_F(PageAttachments, RemovedWithAllItsElementsAndNoOther)
+{
+    page.load(u"<p>"_s + element(u"a.txt"_s, u"1.txt"_s) + element(u"b.txt"_s, u"1.txt"_s)
+        + element(u"a.txt"_s, u"2.txt"_s) + u"<img class='photo' src=''>"_s
+        + element(u"a.txt"_s, u"1.txt"_s) + u"</p>"_s);
+    EXPECT_EQ(page.callPrivate(
+                  u"removeAttachment"_s, u"{\"file\":\"1.txt\",\"name\":\"a.txt\"}"_s)[u"count"],
+        QJsonValue(2));
+    EXPECT_EQ(page.jsText(u"[...note.images].map(i => i.getAttribute('class')).join()"_s),
+        u"userdata\\attachment\\1.txt,userdata\\attachment\\2.txt,photo"_s);
+}
+
+TEST_F(PageAttachments, RemovedFromAnOldNoteByItsFilesName)
+{
+    page.load(u"<p>x</p><IMG class=userdata/attachment/图.png><img class=photo>"_s);
+    EXPECT_EQ(page.callPrivate(
+                  u"removeAttachment"_s, u"{\"file\":\"图.png\",\"name\":\"图.png\"}"_s)[u"result"],
+        QJsonValue(true));
+    EXPECT_TRUE(page.jsBool(u"note.images.length === 1"_s));
+}
+
+TEST_F(PageAttachments, RemovalOfAnUnknownOneOrInAReadOnlyNoteIsRefused)
+{
+    const QString note = element(u"a.txt"_s, u"1.txt"_s) + u"<img class='photo' src=''>"_s;
+    page.load(note);
+    const QString arguments[] = {u"{\"file\":\"1.txt\",\"name\":\"b.txt\"}"_s,
+        u"{\"file\":\"2.txt\",\"name\":\"a.txt\"}"_s, u"{\"file\":\"\",\"name\":\"\"}"_s,
+        u"{\"file\":\"photo\",\"name\":\"photo\"}"_s, u"{\"file\":7}"_s, u"no JSON"_s};
+    for (const QString& argument : arguments)
+        EXPECT_EQ(page.callPrivate(u"removeAttachment"_s, argument)[u"result"], QJsonValue(false))
+            << argument.toStdString();
+    page.call(u"SetEditorMode"_s, u"{\"readonly\":true }"_s);
+    EXPECT_EQ(page.callPrivate(
+                  u"removeAttachment"_s, u"{\"file\":\"1.txt\",\"name\":\"a.txt\"}"_s)[u"result"],
+        QJsonValue(false));
+    EXPECT_EQ(page.html(), note);
+}

@@ -48,6 +48,11 @@ void aCardOpensAndARestartKeepsAll(Tour& tour);
 void anAttachmentIsEditedElsewhere(Tour& tour);
 void anAttachmentOfAClosedNoteIsEditedElsewhere(Tour& tour);
 
+// StepsLayout.cpp: the note over the list of its files.
+void theBarFoldsAndIsDragged(Tour& tour);
+void theListOpensAnAttachment(Tour& tour);
+void anAttachmentIsRemovedInTheListAndComesBack(Tour& tour);
+
 // StepsKeeping.cpp again: how it looks elsewhere.
 void chineseWindow(Tour& tour);
 void darkWindow(Tour& tour);

@@ -183,6 +183,32 @@ void Tour::clickAt(QPoint screen, int times)
         u"--repeat"_s, QString::number(times), u"--delay"_s, u"40"_s, u"1"_s});
 }
 
+void Tour::moveBySteps(QPoint from, QPoint to)
+{
+    // As a hand does: whoever is under the pointer answers each of them.
+    constexpr int steps = 10;
+    for (int i = 1; i <= steps; ++i) {
+        const QPoint at = from + (to - from) * i / steps;
+        xdotool({u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s,
+            u"0.1"_s});
+    }
+}
+
+void Tour::pull(QPoint from, QPoint to)
+{
+    xdotool({u"mousemove"_s, QString::number(from.x()), QString::number(from.y()), u"mousedown"_s,
+        u"1"_s});
+    moveBySteps(from, to);
+    xdotool({u"mouseup"_s, u"1"_s});
+}
+
+QPoint Tour::barPlace()
+{
+    constexpr int middle = 3;
+    return pageOrigin()
+        + QPoint(page(u"innerWidth"_s).toInt() / 2, page(u"innerHeight"_s).toInt() + middle);
+}
+
 void Tour::clickElement(const QString& expression, int times)
 {
     QJsonArray middle;
@@ -240,13 +266,7 @@ void Tour::drag(const QStringList& files, const QString& shotName)
     const QPoint to = windowPlace().center() + QPoint(120, 40);
     xdotool({u"mousemove"_s, QString::number(from.x()), QString::number(from.y()), u"mousedown"_s,
         u"1"_s});
-    // By steps, as a hand does: whoever is under the pointer answers each of them.
-    constexpr int steps = 10;
-    for (int i = 1; i <= steps; ++i) {
-        const QPoint at = from + (to - from) * i / steps;
-        xdotool({u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s,
-            u"0.1"_s});
-    }
+    moveBySteps(from, to);
     if (!shotName.isEmpty())
         shot(shotName);
     xdotool({u"mouseup"_s, u"1"_s});

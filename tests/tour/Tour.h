@@ -38,6 +38,8 @@ public:
     void key(const QString& keys);
     void type(const QString& text);
     void clickAt(QPoint screen, int times = 1);
+    /// Presses the mouse at one place and lets go at the other, by steps as a hand does.
+    void pull(QPoint from, QPoint to);
     /// Clicks the element of the page that `expression` yields.
     void clickElement(const QString& expression, int times = 1);
     /// Clicks the button of the page with that label.
@@ -48,6 +50,8 @@ public:
     /// Clicks at a point of the window, from its left or (negative) right edge and its top.
     void clickInWindow(int x, int y);
     QRect windowPlace();
+    /// The middle of the bar below the page, on the screen.
+    QPoint barPlace();
     /// Where a file of the user's lies; the folder is there.
     QString desktopFile(const QString& name) const;
     /// Drags files from another program's window into the middle of the note; a picture is taken
@@ -76,6 +80,7 @@ public:
 private:
     QString xdotool(const QStringList& arguments);
     QString window();
+    void moveBySteps(QPoint from, QPoint to);
     void moveInWindow(int x, int y);
     /// Where the page's own coordinates begin on the screen. It has to be in sight.
     QPoint pageOrigin();

@@ -1,7 +1,12 @@
 // The table of every method that native code calls, and of every kind of the private channel.
 
 import { Editor } from "../editor";
-import { insertAttachment, modifyAttachments, selectAttachment } from "../note/attachments";
+import {
+    insertAttachment,
+    modifyAttachments,
+    removeAttachment,
+    selectAttachment,
+} from "../note/attachments";
 import { answer, done, parseObject, refused, Reply } from "./reply";
 
 type Method = (editor: Editor, argument: string) => Reply | string;
@@ -78,6 +83,13 @@ const privateKinds: Record<string, Method> = {
     focus: (editor) => {
         editor.focusNote();
         return done;
+    },
+
+    removeAttachment: (editor, argument) => {
+        const fields = parseObject(argument);
+        const file = text(fields?.["file"]);
+        if (!file) return refused("file is missing");
+        return removeAttachment(editor, file, text(fields?.["name"]));
     },
 
     highlight: (editor, argument) => {

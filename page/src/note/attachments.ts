@@ -55,6 +55,27 @@ export function modifyAttachments(
     return done;
 }
 
+/**
+ * Takes every element of one attachment out of the note: that of this file in the store, with this
+ * original name. Undo brings them back one by one. The caret stays where it is.
+ */
+export function removeAttachment(editor: Editor, file: string, name: string): Reply {
+    if (editor.readOnly) return refused("the note is read-only");
+    editor.finishLoading();
+    const elements = [...editor.frame.body.querySelectorAll<HTMLImageElement>("img[class]")].filter(
+        (element) =>
+            attachmentAt(element) && fileName(element) === file && nameOf(element) === name,
+    );
+    if (elements.length === 0) return refused("no such attachment");
+    const caret = editor.selection.range()?.cloneRange();
+    for (const element of elements) {
+        editor.selection.select(element);
+        if (!editor.exec("delete")) return refused("the attachment could not be removed");
+    }
+    if (caret) editor.selection.set(caret);
+    return { ...done, count: elements.length };
+}
+
 export interface AttachmentUpdate {
     path: string;
     src: string;
@@ -106,8 +127,7 @@ export function originalName(element: Element): string {
 export function nameOldAttachments(body: HTMLElement): void {
     for (const element of body.querySelectorAll("img[class]")) {
         if (element.getAttribute("nm_exdata") || !hasPath(element)) continue;
-        const name = element.getAttribute("class")!.split(/[\\/]/).pop()!;
-        const bytes = new TextEncoder().encode(name);
+        const bytes = new TextEncoder().encode(fileName(element));
         const coded = btoa(Array.from(bytes, (byte) => String.fromCharCode(byte)).join(""));
         element.setAttribute("nm_exdata", JSON.stringify({ OrigName_B64: coded }));
     }
@@ -115,6 +135,16 @@ export function nameOldAttachments(body: HTMLElement): void {
 
 function hasPath(element: Element): boolean {
     return /[\\/]/.test(element.getAttribute("class") ?? "");
+}
+
+/** The name of an attachment's file in the store: the last part of its path. */
+function fileName(element: Element): string {
+    return (element.getAttribute("class") ?? "").split(/[\\/]/).pop()!;
+}
+
+/** The original name, which for an attachment of an old note is that of its file. */
+function nameOf(element: Element): string {
+    return element.getAttribute("nm_exdata") ? originalName(element) : fileName(element);
 }
 
 /** The path of an attachment. Old notes have slashes in it, and native code parts it at backslashes. */
