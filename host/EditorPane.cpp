@@ -107,6 +107,7 @@ void EditorPane::openAttachment(const NewAttachFile& file)
 void EditorPane::copyAttachments(const std::vector<NewAttachFile>& files)
 {
     std::vector<AttachFileInfo> named;
+    named.reserve(files.size());
     for (const NewAttachFile& file : files)
         named.push_back({file.fileName, file.origName,
             attachmentFile(m_shelf, m_storeDir, m_guid, file.fileName, file.origName)});

@@ -106,7 +106,7 @@ FilePane::Files FilePane::chosen() const
 
 QString FilePane::pathOf(const NewAttachFile& file)
 {
-    const QString path = attachmentFile(m_shelf, m_storeDir, m_guid, file.fileName, file.origName);
+    QString path = attachmentFile(m_shelf, m_storeDir, m_guid, file.fileName, file.origName);
     if (path.isEmpty())
         Q_EMIT failed(tr("The file %1 cannot be opened.").arg(file.origName));
     return path;
