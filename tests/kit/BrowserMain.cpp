@@ -14,8 +14,8 @@ int main(int argc, char** argv)
     // The engine refuses to start as root with its sandbox. Tests alone may run that way.
     if (geteuid() == 0)
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    const RunDirs dirs;
     QApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);
-    const RunDirs dirs;
     return RUN_ALL_TESTS();
 }

@@ -8,7 +8,7 @@ int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
     const RunDirs dirs;
+    QApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }
