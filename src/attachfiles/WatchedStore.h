@@ -9,13 +9,17 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 
 /// A working copy by its place in the store: the note's folder and the file in it, as on disk.
 struct CopyName {
     std::string folder, file;
 
-    auto operator<=>(const CopyName&) const = default;
+    bool operator<(const CopyName& other) const
+    {
+        return std::tie(folder, file) < std::tie(other.folder, other.file);
+    }
 };
 
 /// The store and the note folders in it, under watch, and what is known of each working copy.

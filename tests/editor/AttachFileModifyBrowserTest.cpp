@@ -282,7 +282,7 @@ TEST_F(AttachFileModify, WithoutAHostAnotherNoteIsStillFiled)
     open(kPicture, modifyingPage, false);
     SyncFileModifyArg arg = changed(CreateGuidString(), kPicture, "no host");
     arg.secondFile.text1 =
-        filed(element(QStringLiteral("h.png"), QStringLiteral("h.png"), kPicture));
+        filed(arg.noteGuid + element(QStringLiteral("h.png"), QStringLiteral("h.png"), kPicture));
     const qsizetype before = noteFiles().size();
     control().OnAttachFileModify(&arg);
     EXPECT_EQ(noteFiles().size(), before + 1);
