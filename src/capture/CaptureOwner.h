@@ -3,7 +3,10 @@
 #include "capture/CaptureRect.h"
 
 #include <QImage>
+#include <QRect>
 #include <QSize>
+
+class QPainter;
 
 /// What the tracker, the tip and the toolbar see of the capture dialog that owns them.
 class CaptureOwner {
@@ -20,6 +23,12 @@ public:
     /// The rectangle of the selection as it stands, possibly inverted; empty when nothing is
     /// selected.
     [[nodiscard]] virtual CaptureRect Selection() const = 0;
+
+    /// Paints what the dialog shows in `area`, its children excepted: the dimmed picture and, over
+    /// it, the selection with border and handles. `painter` draws in the coordinates of the dialog,
+    /// possibly transformed. Nothing outside of `area` is touched, nothing outside of the screen is
+    /// painted.
+    virtual void PaintScene(QPainter& painter, const QRect& area) const = 0;
 
     /// Repaints what a change of the selection touched, tip and toolbar excepted, before it
     /// returns.
