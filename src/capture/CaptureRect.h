@@ -42,6 +42,12 @@ struct CaptureRect {
         return point.x() >= left && point.x() < right && point.y() >= top && point.y() < bottom;
     }
 
+    /// Qt's rectangle as one of these.
+    [[nodiscard]] static CaptureRect Of(const QRect& rect)
+    {
+        return {rect.x(), rect.y(), rect.x() + rect.width(), rect.y() + rect.height()};
+    }
+
     /// The normalised rectangle as Qt has it.
     [[nodiscard]] QRect ToQRect() const
     {
