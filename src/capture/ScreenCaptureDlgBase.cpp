@@ -1,0 +1,352 @@
+#include "capture/ScreenCaptureDlgBase.h"
+
+#include "capture/CSTip.h"
+#include "capture/CSToolbar.h"
+#include "capture/ScreenGrab.h"
+#include "capture/ScreenPixels.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+
+#include <cmath>
+
+namespace {
+
+constexpr quint32 captureStyle = 81; // solidLine, resizeOutside and a bit of resizeMiddle
+constexpr QColor captureColour(10, 100, 130);
+
+/// How large a selection is at the press that begins it, and how far behind the press the first
+/// move lets it begin.
+constexpr int startSize = 4;
+
+QSize SizeOf(const QImage& snapshot)
+{
+    if (!snapshot.isNull())
+        return snapshot.deviceIndependentSize().toSize();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->size() : QSize();
+}
+
+} // namespace
+
+ScreenCaptureDlgBase::ScreenCaptureDlgBase(QString* error)
+    : ScreenCaptureDlgBase(capture::GrabPrimaryScreen(error))
+{
+}
+
+ScreenCaptureDlgBase::ScreenCaptureDlgBase(const QImage& snapshot)
+    : m_snapshot(snapshot)
+    , m_screen(SizeOf(snapshot))
+{
+    if (m_snapshot.format() != QImage::Format_RGB32)
+        m_snapshot.convertTo(QImage::Format_RGB32);
+    m_dimmed = DimmedScreen(m_snapshot);
+    m_tracker.style = captureStyle;
+    m_tracker.colour = captureColour;
+    m_tracker.UpdatePens();
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    // The host's main window may be hidden meanwhile, and then this is the last one.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setMouseTracking(true);
+    if (QScreen* screen = QGuiApplication::primaryScreen()) {
+        connect(screen, &QScreen::geometryChanged, this, &ScreenCaptureDlgBase::EndIfShown);
+        connect(qApp, &QGuiApplication::screenRemoved, this, [this, screen](QScreen* removed) {
+            if (removed == screen)
+                EndIfShown();
+        });
+    }
+}
+
+ScreenCaptureDlgBase::~ScreenCaptureDlgBase() = default;
+
+void ScreenCaptureDlgBase::InitToolbar() { }
+void ScreenCaptureDlgBase::InitCursors() { }
+void ScreenCaptureDlgBase::OnSelectionRightClick(const QPoint&) { }
+void ScreenCaptureDlgBase::OnSelectionDoubleClick(const QPoint&) { }
+
+int ScreenCaptureDlgBase::DoModal()
+{
+    if (m_snapshot.isNull() || isVisible() || !OnInitDialog())
+        return -1;
+    return exec();
+}
+
+bool ScreenCaptureDlgBase::Create(QWidget* parent)
+{
+    if (m_snapshot.isNull() || isVisible())
+        return false;
+    setParent(parent, windowFlags());
+    if (!OnInitDialog())
+        return false;
+    show();
+    return true;
+}
+
+bool ScreenCaptureDlgBase::OnInitDialog()
+{
+    // Another round with the same picture begins with nothing selected.
+    delete m_tip;
+    delete m_toolbar;
+    m_has = m_dragging = false;
+    m_tracker.rect = {};
+
+    m_tip = new CSTip(this, this);
+    m_tip->Place();
+    m_toolbar = new CSToolbar(this);
+    InitToolbar();
+    InitCursors();
+    ChooseCursor();
+    for (QWidget* child : {static_cast<QWidget*>(m_tip), static_cast<QWidget*>(m_toolbar)})
+        child->setCursor(cursor());
+
+    QScreen* screen = QGuiApplication::primaryScreen();
+    setScreen(screen);
+    setGeometry(QRect(screen->geometry().topLeft(), m_screen));
+    // What lets a window cover panels too, and be placed at all where the desktop places windows.
+    // Such a window is as large as the screen, whatever the picture is.
+    setWindowState(screen->size() == m_screen ? Qt::WindowFullScreen : Qt::WindowNoState);
+    return true;
+}
+
+void ScreenCaptureDlgBase::OnCancel()
+{
+    reject();
+}
+
+void ScreenCaptureDlgBase::OnOK()
+{
+    accept();
+}
+
+void ScreenCaptureDlgBase::EndIfShown()
+{
+    if (isVisible())
+        OnCancel();
+}
+
+void ScreenCaptureDlgBase::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    raise();
+    activateWindow();
+}
+
+ScreenCaptureDlgBase::Shown ScreenCaptureDlgBase::ShownNow() const
+{
+    Shown shown;
+    shown.has = m_has;
+    if (m_has) {
+        shown.rect = m_tracker.rect.Normalised();
+        m_tracker.GetTrueRect(&shown.trueRect);
+    }
+    return shown;
+}
+
+// Of two selections that overlap, the inside that they share looks the same: what changes are the
+// bands in which border and handles lie, and what is inside of one only.
+QRegion ScreenCaptureDlgBase::Changed(const Shown& from, const Shown& to) const
+{
+    if (from == to)
+        return {};
+    const auto band = [&](const Shown& shown) {
+        const QRegion all(shown.trueRect.ToQRect());
+        const CaptureRect inside = shown.rect.Inflated(-m_tracker.sizeHandle);
+        return inside.IsEmpty() ? all : all - inside.ToQRect();
+    };
+    QRegion changed = QRegion(from.rect.ToQRect()) ^ QRegion(to.rect.ToQRect());
+    changed += band(from);
+    changed += band(to);
+    if (const qreal ratio = devicePixelRatioF(); ratio == std::floor(ratio))
+        return changed;
+    // Where a unit is no whole number of pixels, an edge shares a pixel with its neighbour.
+    QRegion grown;
+    for (const QRect& rect : changed)
+        grown += rect.adjusted(-1, -1, 1, 1);
+    return grown;
+}
+
+void ScreenCaptureDlgBase::RepaintCaptureArea()
+{
+    const Shown now = ShownNow();
+    QRegion region = (m_stale + Changed(m_shown, now)) & rect();
+    m_shown = now;
+    m_stale = QRegion();
+    // These are painted above it, and their ground when they move away.
+    for (const QWidget* child : {static_cast<QWidget*>(m_tip), static_cast<QWidget*>(m_toolbar)}) {
+        if (child)
+            region -= child->geometry();
+    }
+    if (!region.isEmpty())
+        repaint(region);
+}
+
+void ScreenCaptureDlgBase::PaintScene(QPainter& painter, const QRect& area) const
+{
+    const CaptureRect visible = CaptureRect::Of(area & QRect(QPoint(), m_screen));
+    if (visible.IsEmpty())
+        return;
+    painter.save();
+    painter.setClipRect(visible.ToQRect(), Qt::IntersectClip);
+    // A pixel more on each side, for an edge that cuts a pixel.
+    const qreal ratio = m_snapshot.devicePixelRatio();
+    DrawScreenPixels(painter, m_dimmed,
+        ScreenPixelsOf(visible, m_snapshot).adjusted(-1, -1, 1, 1) & m_dimmed.rect(), ratio);
+    if (m_has)
+        m_tracker.Draw(painter);
+    painter.restore();
+}
+
+void ScreenCaptureDlgBase::paintEvent(QPaintEvent* event)
+{
+    // The window system asks for a part of the window: the rest shows what was before.
+    if (const Shown now = ShownNow(); now != m_shown) {
+        m_stale += Changed(m_shown, now);
+        m_shown = now;
+    }
+    QPainter painter(this);
+    for (const QRect& outside : event->region() - QRect(QPoint(), m_screen))
+        painter.fillRect(outside, Qt::black);
+    for (const QRect& part : event->region())
+        PaintScene(painter, part);
+}
+
+QImage ScreenCaptureDlgBase::CopySelectionBitmap(const CaptureRect& selection) const
+{
+    const CaptureRect clipped{std::max(selection.left, 0), std::max(selection.top, 0),
+        std::min(selection.right, m_screen.width()), std::min(selection.bottom, m_screen.height())};
+    const QRect pixels = ScreenPixelsOf(clipped, m_snapshot);
+    if (pixels.isEmpty())
+        return {};
+    QImage bitmap = m_snapshot.copy(pixels);
+    bitmap.setDevicePixelRatio(1);
+    return bitmap;
+}
+
+void ScreenCaptureDlgBase::OnSelectionRectChanged(const CaptureRect& rectOld)
+{
+    const CaptureRect before = rectOld.Normalised(), now = m_tracker.rect.Normalised();
+    ShowToolbar(before.Width() == now.Width() && before.Height() == now.Height());
+}
+
+void ScreenCaptureDlgBase::ShowToolbar(bool show)
+{
+    m_toolbar->setGeometry(show ? m_toolbar->PlaceFor(m_tracker.rect) : QRect());
+}
+
+void ScreenCaptureDlgBase::ChooseCursor()
+{
+    if (m_tracker.SetCursor(this, HTCLIENT) && !m_dragging && m_has)
+        return;
+    const QCursor chosen = m_cursorDefault.value_or(Qt::ArrowCursor);
+    if (cursor() != chosen)
+        setCursor(chosen);
+}
+
+bool ScreenCaptureDlgBase::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+        // While the mouse is captured the cursor stays what it was at the press.
+        if (!QWidget::mouseGrabber())
+            ChooseCursor();
+        break;
+    default:
+        break;
+    }
+    return QDialog::event(event);
+}
+
+void ScreenCaptureDlgBase::keyPressEvent(QKeyEvent* event)
+{
+    // In a tracking the keys are the tracker's, which looks at them afterwards.
+    if (QWidget::mouseGrabber() == this)
+        return;
+    if (event->key() == Qt::Key_Escape)
+        OnCancel();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        OnOK();
+}
+
+void ScreenCaptureDlgBase::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        OnLButtonDown(event->position().toPoint());
+}
+
+void ScreenCaptureDlgBase::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        OnLButtonUp();
+    else if (event->button() == Qt::RightButton)
+        OnRButtonUp(event->position().toPoint());
+}
+
+void ScreenCaptureDlgBase::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    if (event->button() == Qt::LeftButton && m_tracker.rect.Normalised().Contains(point))
+        OnSelectionDoubleClick(point);
+}
+
+void ScreenCaptureDlgBase::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    if (m_tip->geometry().contains(point))
+        m_tip->Swap();
+    m_tip->repaint();
+    if (!m_dragging)
+        return;
+    // Kept: the press makes a rectangle at its point and the first move one that begins behind it,
+    // so a drag of exactly that distance leaves an empty one.
+    m_tracker.rect = {m_anchor.x() + startSize, m_anchor.y() + startSize, point.x(), point.y()};
+    RepaintCaptureArea();
+}
+
+void ScreenCaptureDlgBase::OnLButtonDown(const QPoint& point)
+{
+    const TrackerHit hit = m_tracker.HitTest(point);
+    if (hit == hitNothing && !m_has) {
+        m_has = m_dragging = true;
+        m_anchor = point;
+        m_tracker.rect = {point.x(), point.y(), point.x() + startSize, point.y() + startSize};
+        RepaintCaptureArea();
+    } else if (hit != hitNothing && m_has) {
+        const TrackerHit handle = m_tracker.HitTestHandles(point);
+        if (handle != hitNothing) {
+            m_tracker.invertAllow = true;
+            m_tracker.TrackHandle(handle, this, point);
+        }
+        RepaintCaptureArea();
+    }
+}
+
+void ScreenCaptureDlgBase::OnLButtonUp()
+{
+    if (m_has)
+        ShowToolbar(true);
+    m_dragging = false;
+    RepaintCaptureArea();
+}
+
+void ScreenCaptureDlgBase::OnRButtonUp(const QPoint& point)
+{
+    OnLButtonUp();
+    if (!m_has) {
+        OnCancel();
+    } else if (m_tracker.rect.Normalised().Contains(point)) {
+        OnSelectionRightClick(point);
+    } else {
+        m_has = false;
+        m_tracker.rect = {};
+        ShowToolbar(false);
+        RepaintCaptureArea();
+    }
+}

@@ -1,0 +1,551 @@
+// The states of the capture dialog, and what each input does in each of them.
+
+#include "capture/CaptureKit.h"
+
+#include <QPainter>
+#include <QSignalSpy>
+
+using CaptureIdle = CaptureTest;
+using CaptureDrawing = CaptureTest;
+using CaptureSelected = CaptureTest;
+using CaptureTracking = CaptureTest;
+using CaptureDialog = CaptureTest;
+
+TEST_F(CaptureIdle, HasATipAndNoToolbarAndNothingSelected)
+{
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+    EXPECT_TRUE(capture.tip().isVisible());
+    EXPECT_EQ(capture.tip().geometry(), QRect(10, 10, 260, 200));
+}
+
+TEST_F(CaptureIdle, APressBeginsASelectionOfFourByFour)
+{
+    press(from);
+    EXPECT_EQ(capture.Selection(), (CaptureRect{300, 300, 304, 304}));
+    EXPECT_FALSE(isToolbarShown());
+}
+
+TEST_F(CaptureIdle, APressOnTheHandlesOfTheEmptyRectangleInTheCornerDoesNothing)
+{
+    for (const QPoint& corner : {QPoint(0, 1), QPoint(1, 1)}) {
+        press(corner);
+        move({300, 300});
+        EXPECT_EQ(capture.Selection(), nothing);
+        release({300, 300});
+        EXPECT_FALSE(isToolbarShown());
+    }
+    // In the gap beside them a selection begins.
+    press({3, 3});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{3, 3, 7, 7}));
+}
+
+TEST_F(CaptureIdle, AMoveSelectsNothing)
+{
+    move({300, 300});
+    move({310, 320});
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+}
+
+TEST_F(CaptureIdle, AMoveRepaintsTheTipAtOnce)
+{
+    struct Paints : QObject {
+        int count = 0;
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            count += event->type() == QEvent::Paint;
+            return false;
+        }
+    } paints;
+    move({300, 300});
+    capture.tip().installEventFilter(&paints);
+    QMouseEvent event(QEvent::MouseMove, QPointF(310, 310), QPointF(310, 310), Qt::NoButton,
+        Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&capture, &event);
+    EXPECT_EQ(paints.count, 1);
+}
+
+TEST_F(CaptureIdle, AReleaseOfTheLeftButtonChangesNothing)
+{
+    release(from);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+}
+
+TEST_F(CaptureIdle, ARightClickEndsTheDialog)
+{
+    rightClick(from);
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(capture.cancels, 1);
+    EXPECT_TRUE(kept.pictures.empty());
+}
+
+TEST_F(CaptureIdle, ADoubleClickDoesNothing)
+{
+    QMouseEvent event(QEvent::MouseButtonDblClick, QPointF(from), QPointF(from), Qt::LeftButton,
+        Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&capture, &event);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), nothing);
+}
+
+TEST_F(CaptureDrawing, TheRectangleRunsFromFourBehindThePressToTheMouse)
+{
+    press(from);
+    move({404, 384});
+    EXPECT_EQ(capture.Selection(), selected);
+    move({350, 500});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 350, 500}));
+    EXPECT_FALSE(isToolbarShown());
+}
+
+TEST_F(CaptureDrawing, IsNotHeldToAMinimumAndMayTurnOver)
+{
+    press(from);
+    move({306, 306});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 306, 306}));
+    move({250, 260});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 250, 260}));
+}
+
+TEST_F(CaptureDrawing, AReleasePlacesTheToolbarUnderTheSelection)
+{
+    draw(from, to);
+    EXPECT_EQ(capture.toolbarRect(), QRect(404 - 88, 384 + 6, 88, 26));
+    move({500, 500});
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST_F(CaptureDrawing, ARightReleaseInsideEndsItWithToolbarAndMenu)
+{
+    MenuUser user;
+    press(from);
+    move(to);
+    release({350, 350}, Qt::RightButton);
+    EXPECT_EQ(user.menus, 1);
+    EXPECT_TRUE(isToolbarShown());
+    move({500, 500});
+    EXPECT_EQ(capture.Selection(), selected);
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(CaptureDrawing, ARightReleaseOutsideDiscardsTheSelection)
+{
+    press(from);
+    move(to);
+    release({500, 500}, Qt::RightButton);
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+    move({510, 510});
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(CaptureDrawing, AClickWithoutAMoveLeavesFourByFourWithTheToolbarUnderIt)
+{
+    press(from);
+    release(from);
+    EXPECT_EQ(capture.Selection(), (CaptureRect{300, 300, 304, 304}));
+    EXPECT_EQ(capture.toolbarRect(), QRect(304 - 88, 304 + 6, 88, 26));
+}
+
+TEST_F(CaptureDrawing, ADragOfExactlyFourLeavesAnEmptyRectangle)
+{
+    draw(from, {304, 304});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 304, 304}));
+    capture.OnCommand(captureComplete);
+    ASSERT_EQ(kept.pictures.size(), 1U);
+    EXPECT_TRUE(kept.pictures[0].isNull());
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(CaptureSelected, APressOutsideOrInAGapDoesNothing)
+{
+    draw(from, to);
+    for (const QPoint& outside : {QPoint(600, 600), QPoint(330, 301), QPoint(310, 386)}) {
+        press(outside);
+        move({650, 650});
+        EXPECT_EQ(capture.Selection(), selected);
+        release({650, 650});
+    }
+    EXPECT_TRUE(isToolbarShown());
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(CaptureSelected, AReleasePlacesTheToolbarAgain)
+{
+    draw(from, to);
+    const QRect place = capture.toolbarRect();
+    capture.findChild<CSToolbar*>()->setGeometry(0, 0, 0, 0);
+    release({600, 600});
+    EXPECT_EQ(capture.toolbarRect(), place);
+}
+
+TEST_F(CaptureSelected, ADoubleClickInsideCompletesTheCapture)
+{
+    draw(from, to);
+    laterRelease({350, 350}); // The tracking that the first press begins.
+    doubleClick({350, 350});
+    EXPECT_FALSE(isOpen());
+    ASSERT_EQ(kept.pictures.size(), 1U);
+    EXPECT_EQ(kept.pictures[0], screen.copy(304, 304, 100, 80));
+}
+
+TEST_F(CaptureSelected, ADoubleClickOutsideDoesNothing)
+{
+    draw(from, to);
+    doubleClick({600, 600});
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST_F(CaptureSelected, ARightClickInsideShowsTheMenu)
+{
+    draw(from, to);
+    MenuUser user;
+    rightClick({350, 350});
+    EXPECT_EQ(user.menus, 1);
+    EXPECT_EQ(user.place, capture.mapToGlobal(QPoint(350, 350)));
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST_F(CaptureSelected, ARightClickOutsideDiscardsItAndAnotherCanBeDrawn)
+{
+    draw(from, to);
+    rightClick({600, 600});
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+    EXPECT_TRUE(isOpen());
+    draw({400, 400}, {450, 450});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{404, 404, 450, 450}));
+}
+
+TEST_F(CaptureSelected, EachButtonOfTheToolbarDoesItsCommand)
+{
+    const struct {
+        int index;
+        std::size_t pictures;
+        int saves;
+        bool isOpen;
+    } cases[] = {{0, 0, 0, false}, {1, 0, 1, true}, {2, 0, 0, false}, {3, 1, 0, false}};
+    for (const auto& expected : cases) {
+        kept.pictures.clear();
+        saved.asked = 0;
+        reopen();
+        draw(from, to);
+        click(button(expected.index));
+        EXPECT_EQ(kept.pictures.size(), expected.pictures) << expected.index;
+        EXPECT_EQ(saved.asked, expected.saves) << expected.index;
+        EXPECT_EQ(isOpen(), expected.isOpen) << expected.index;
+        if (isOpen())
+            rightClick({600, 600});
+    }
+}
+
+TEST_F(CaptureTracking, AMoveTakesTheToolbarAlong)
+{
+    draw(from, to);
+    laterMove({360, 370});
+    laterDo([this] {
+        EXPECT_EQ(capture.Selection(), (CaptureRect{314, 324, 414, 404}));
+        EXPECT_EQ(capture.toolbarRect(), QRect(414 - 88, 404 + 6, 88, 26));
+    });
+    laterRelease({360, 370});
+    press({350, 350});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{314, 324, 414, 404}));
+    EXPECT_EQ(capture.toolbarRect(), QRect(414 - 88, 404 + 6, 88, 26));
+}
+
+TEST_F(CaptureTracking, AResizeHidesTheToolbarUntilTheRelease)
+{
+    draw(from, to);
+    laterMove({424, 394});
+    laterDo([this] {
+        EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 424, 394}));
+        EXPECT_FALSE(isToolbarShown());
+    });
+    laterRelease({424, 394});
+    press({404, 384});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 424, 394}));
+    EXPECT_EQ(capture.toolbarRect(), QRect(424 - 88, 394 + 6, 88, 26));
+}
+
+TEST_F(CaptureTracking, MayTurnTheSelectionOverAndStopsAtEight)
+{
+    draw(from, to);
+    laterMove({302, 302});
+    laterRelease({302, 302});
+    press({404, 384});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 304, 296, 296}));
+}
+
+TEST_F(CaptureTracking, EscRestoresTheRectangleAndTheToolbarStaysAwayUntilTheRelease)
+{
+    draw(from, to);
+    laterMove({424, 394});
+    laterKey(Qt::Key_Escape);
+    press({404, 384});
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+    EXPECT_FALSE(isToolbarShown());
+    release({424, 394});
+    EXPECT_EQ(capture.toolbarRect(), QRect(404 - 88, 384 + 6, 88, 26));
+}
+
+TEST_F(CaptureTracking, ARightPressRestoresTheRectangle)
+{
+    draw(from, to);
+    laterMove({360, 360});
+    later(QEvent::MouseButtonPress, {360, 360}, Qt::RightButton);
+    press({350, 350});
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST_F(CaptureTracking, EnterDoesNotEndTheDialog)
+{
+    draw(from, to);
+    laterMove({360, 360});
+    laterKey(Qt::Key_Return);
+    laterRelease({360, 360});
+    press({350, 350});
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), (CaptureRect{314, 314, 414, 394}));
+}
+
+TEST_F(CaptureTracking, TheTipReactsToTheMouse)
+{
+    draw(from, to);
+    ASSERT_TRUE(capture.tip().On());
+    laterMove({100, 100});
+    laterRelease({100, 100});
+    press({350, 350});
+    EXPECT_FALSE(capture.tip().On());
+    EXPECT_EQ(capture.tip().geometry(), QRect(screen.width() - 270, 10, 260, 200));
+}
+
+TEST_F(CaptureTracking, ASelectionPartlyOffTheScreenTakesItsToolbarAlong)
+{
+    draw(from, to);
+    laterMove({350, 750});
+    laterRelease({350, 750});
+    press({350, 350});
+    EXPECT_EQ(capture.Selection(), (CaptureRect{304, 704, 404, 784}));
+    EXPECT_EQ(capture.toolbarRect(), QRect(404 - 88, 784 + 6, 88, 26));
+}
+
+TEST_F(CaptureDialog, TheTipGoesToTheOtherCornerWhenTheMouseIsDraggedOntoIt)
+{
+    press(from);
+    move({200, 100});
+    EXPECT_FALSE(capture.tip().On());
+    move({screen.width() - 100, 100});
+    EXPECT_TRUE(capture.tip().On());
+    EXPECT_EQ(capture.tip().geometry(), QRect(10, 10, 260, 200));
+}
+
+TEST_F(CaptureDialog, EscCancelsAndEnterAcceptsAndNeitherDelivers)
+{
+    const struct {
+        Qt::Key key;
+        int result;
+    } cases[] = {{Qt::Key_Escape, QDialog::Rejected}, {Qt::Key_Return, QDialog::Accepted},
+        {Qt::Key_Enter, QDialog::Accepted}};
+    for (const auto& expected : cases) {
+        for (const bool isSelected : {false, true}) {
+            reopen();
+            if (isSelected)
+                draw(from, to);
+            else
+                press(from); // Drawing.
+            key(expected.key);
+            EXPECT_FALSE(isOpen()) << expected.key;
+            EXPECT_EQ(capture.result(), expected.result) << expected.key;
+        }
+    }
+    EXPECT_TRUE(kept.pictures.empty());
+    EXPECT_EQ(capture.cancels, 2);
+    EXPECT_EQ(capture.oks, 4);
+}
+
+TEST_F(CaptureDialog, NoOtherKeyDoesAnything)
+{
+    draw(from, to);
+    for (const Qt::Key other : {Qt::Key_Space, Qt::Key_A, Qt::Key_Left, Qt::Key_Delete, Qt::Key_Tab,
+             Qt::Key_F1, Qt::Key_F4})
+        key(other);
+    QTest::keyClick(&capture, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST_F(CaptureDialog, KeysWorkWhenAButtonHasTheFocus)
+{
+    draw(from, to);
+    click(button(1)); // The save dialog was cancelled.
+    ASSERT_TRUE(isOpen());
+    button(1).setFocus();
+    QTest::keyClick(&button(1), Qt::Key_Space);
+    EXPECT_EQ(saved.asked, 1);
+    QTest::keyClick(&button(1), Qt::Key_Return);
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(saved.asked, 1);
+    EXPECT_EQ(capture.result(), QDialog::Accepted);
+}
+
+TEST_F(CaptureDialog, OtherMouseButtonsDoNothing)
+{
+    press(from, Qt::MiddleButton);
+    move(to);
+    release(to, Qt::MiddleButton);
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(CaptureDialog, CoversThePrimaryScreenWithoutABorderAndOnTop)
+{
+    EXPECT_EQ(capture.geometry(), QGuiApplication::primaryScreen()->geometry());
+    EXPECT_TRUE(capture.windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_TRUE(capture.windowFlags() & Qt::WindowStaysOnTopHint);
+}
+
+TEST_F(CaptureDialog, TheCursorIsTheTrackersOnlyOverASelection)
+{
+    const auto at = [this](const QPoint& point) {
+        QCursor::setPos(capture.mapToGlobal(point));
+        QMouseEvent event(QEvent::MouseMove, QPointF(point), QPointF(point), Qt::NoButton,
+            Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&capture, &event);
+        return capture.cursor().shape();
+    };
+    EXPECT_EQ(at({1, 1}), Qt::ArrowCursor);
+    press(from);
+    move(to);
+    EXPECT_EQ(at({350, 350}), Qt::ArrowCursor);
+    release({404, 384});
+    EXPECT_EQ(at({350, 330}), Qt::SizeAllCursor);
+    EXPECT_EQ(at({304, 304}), Qt::SizeFDiagCursor);
+    EXPECT_EQ(at({600, 600}), Qt::ArrowCursor);
+    EXPECT_EQ(capture.tip().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(CaptureDialog, EndsWhenItsScreenChangesOrGoesAway)
+{
+    QScreen* primary = QGuiApplication::primaryScreen();
+    draw(from, to);
+    Q_EMIT primary->geometryChanged(primary->geometry());
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(capture.cancels, 1);
+    Q_EMIT primary->geometryChanged(primary->geometry());
+    EXPECT_EQ(capture.cancels, 1);
+
+    ASSERT_TRUE(capture.Create(nullptr));
+    Q_EMIT qApp->screenRemoved(nullptr);
+    EXPECT_TRUE(isOpen());
+    Q_EMIT qApp->screenRemoved(primary);
+    EXPECT_FALSE(isOpen());
+    EXPECT_TRUE(kept.pictures.empty());
+}
+
+TEST_F(CaptureDialog, EndsInTheMiddleOfATrackingWithItsScreen)
+{
+    QScreen* primary = QGuiApplication::primaryScreen();
+    draw(from, to);
+    laterMove({360, 360});
+    laterDo([=] { Q_EMIT primary->geometryChanged(primary->geometry()); });
+    press({350, 350});
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(CaptureDialog, OpenedAgainBeginsWithNothingSelected)
+{
+    draw(from, to);
+    EXPECT_FALSE(capture.Create(nullptr));
+    EXPECT_EQ(capture.DoModal(), -1);
+    EXPECT_EQ(capture.Selection(), selected);
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(capture.Create(nullptr));
+    EXPECT_EQ(capture.Selection(), nothing);
+    EXPECT_FALSE(isToolbarShown());
+    EXPECT_EQ(capture.findChildren<QAbstractButton*>().size(), 4);
+}
+
+TEST_F(CaptureDialog, ASecondOneStandsOnTheFirstAndLeavesItAlone)
+{
+    draw(from, to);
+    OpenCapture second(screen);
+    QTimer::singleShot(0, &second, [&] {
+        QTest::mouseClick(&second, Qt::RightButton, Qt::NoModifier, {500, 500});
+    });
+    EXPECT_EQ(second.DoModal(), QDialog::Rejected);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(capture.Selection(), selected);
+}
+
+TEST(CaptureWithoutAPicture, ShowsNothing)
+{
+    OpenCapture capture{QImage()};
+    EXPECT_EQ(capture.DoModal(), -1);
+    EXPECT_FALSE(capture.Create(nullptr));
+    EXPECT_FALSE(capture.isVisible());
+    capture.RepaintCaptureArea();
+    QImage image(20, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QPainter painter(&image);
+    capture.PaintScene(painter, image.rect());
+    EXPECT_EQ(image.pixelColor(5, 5), QColor(Qt::red));
+}
+
+TEST(CaptureModal, DoesNotEndAnApplicationWhoseMainWindowIsHidden)
+{
+    const QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
+    const OwnRes withoutFiles;
+    OpenCapture capture(patternedScreen());
+    QTimer::singleShot(0, &capture, [&] { QTest::keyClick(&capture, Qt::Key_Escape); });
+    EXPECT_EQ(capture.DoModal(), QDialog::Rejected);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(lastClosed.count(), 0);
+}
+
+TEST(CaptureModal, RunsTheHooksInOrderBeforeItIsShown)
+{
+    class Hooks : public ScreenCaptureDlgBase {
+    public:
+        using ScreenCaptureDlgBase::ScreenCaptureDlgBase;
+        std::vector<std::string> calls;
+
+    protected:
+        void InitToolbar() override { note("toolbar"); }
+        void InitCursors() override { note("cursors"); }
+        void OnSelectionRightClick(const QPoint& point) override
+        {
+            note("right click at " + std::to_string(point.x()));
+        }
+        void OnSelectionDoubleClick(const QPoint& point) override
+        {
+            note("double click at " + std::to_string(point.x()));
+        }
+
+    private:
+        void note(const std::string& call)
+        {
+            calls.push_back(call + (isVisible() ? "" : ", hidden"));
+        }
+    } capture(patternedScreen());
+    QTimer::singleShot(0, &capture, [&] {
+        QTest::mousePress(&capture, Qt::LeftButton, Qt::NoModifier, {300, 300});
+        QTest::mouseRelease(&capture, Qt::LeftButton, Qt::NoModifier, {300, 300});
+        QTest::mouseRelease(&capture, Qt::RightButton, Qt::NoModifier, {301, 301});
+        QMouseEvent event(QEvent::MouseButtonDblClick, QPointF(302, 302), QPointF(), Qt::LeftButton,
+            Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&capture, &event);
+        QTest::keyClick(&capture, Qt::Key_Return);
+    });
+    EXPECT_EQ(capture.DoModal(), QDialog::Accepted);
+    EXPECT_EQ(capture.calls,
+        (std::vector<std::string>{
+            "toolbar, hidden", "cursors, hidden", "right click at 301", "double click at 302"}));
+}
