@@ -4,19 +4,10 @@
 #include "platform/CHyperLink.h"
 #include "platform/MessageBox.h"
 #include "platform/WindowMessage.h"
-#include "support/Log.h"
 
 namespace {
 
 constexpr int cppProcessorId = 1;
-
-/// What a later version brings: said in the log, so that nobody waits for an effect.
-void logNotBuilt(const char* what)
-{
-    SingletonTemplate<CLog4C>::GetInstance()->WriteLog(
-        QStringLiteral("[ERROR] NmWebNoteHandler::%1 is not available in this version")
-            .arg(QLatin1StringView(what)));
-}
 
 } // namespace
 
@@ -239,8 +230,3 @@ void NmWebNoteHandler::OnWriteEditorLog(const QString&, const QString&) { }
 void NmWebNoteHandler::MyAttachMenu() { }
 void NmWebNoteHandler::ShareAttachMenu() { }
 void NmWebNoteHandler::DoAttachSaveAs() { }
-
-void NmWebNoteHandler::OnScreenCapture(int)
-{
-    logNotBuilt("OnScreenCapture");
-}

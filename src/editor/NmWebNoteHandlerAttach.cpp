@@ -67,15 +67,6 @@ void NmWebNoteHandler::OnAddAttachment()
     d->chooser.OnAddAttachment();
 }
 
-void NmWebNoteHandler::OnScreenCaptureComplet(const QImage& bitmap)
-{
-    // Kept: without a picture the empty list goes on, whose size query can fail aloud; and the
-    // temporary file is left where it is.
-    std::vector<DropFileInfo> files;
-    attachstore::SaveImage(bitmap, files);
-    AddDropFileToEditor(files);
-}
-
 // --- Drags and the clipboard ---
 
 long NmWebNoteHandler::OnDragEnter(const QMimeData* data, unsigned keyState, QPoint pt, int* effect)
