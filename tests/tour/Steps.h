@@ -53,6 +53,12 @@ void theBarFoldsAndIsDragged(Tour& tour);
 void theListOpensAnAttachment(Tour& tour);
 void anAttachmentIsRemovedInTheListAndComesBack(Tour& tour);
 
+// StepsCapture.cpp: a part of the screen becomes a picture.
+void aCaptureBecomesAnAttachment(Tour& tour);
+void aCaptureGoesToTheClipboard(Tour& tour);
+void aCaptureIsSavedAsAFile(Tour& tour);
+void aCaptureIsGivenUp(Tour& tour);
+
 // StepsKeeping.cpp again: how it looks elsewhere.
 void chineseWindow(Tour& tour);
 void darkWindow(Tour& tour);

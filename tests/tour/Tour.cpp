@@ -141,9 +141,19 @@ QPoint Tour::pageOrigin()
 
 QRect Tour::windowPlace()
 {
+    return placeOf(window());
+}
+
+QRect Tour::activeWindowPlace()
+{
+    const QString active = xdotool({u"getactivewindow"_s});
+    return active.isEmpty() ? QRect() : placeOf(active);
+}
+
+QRect Tour::placeOf(const QString& window)
+{
     QMap<QString, int> place;
-    for (const QString& line :
-        xdotool({u"getwindowgeometry"_s, u"--shell"_s, window()}).split(u'\n'))
+    for (const QString& line : xdotool({u"getwindowgeometry"_s, u"--shell"_s, window}).split(u'\n'))
         place[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
     return {place[u"X"_s], place[u"Y"_s], place[u"WIDTH"_s], place[u"HEIGHT"_s]};
 }
@@ -199,7 +209,9 @@ void Tour::pull(QPoint from, QPoint to)
     xdotool({u"mousemove"_s, QString::number(from.x()), QString::number(from.y()), u"mousedown"_s,
         u"1"_s});
     moveBySteps(from, to);
-    xdotool({u"mouseup"_s, u"1"_s});
+    // The last move before the release is a small one, as of a hand that has arrived.
+    xdotool({u"mousemove_relative"_s, u"--"_s, u"-1"_s, u"0"_s, u"mousemove"_s,
+        QString::number(to.x()), QString::number(to.y()), u"mouseup"_s, u"1"_s});
 }
 
 QPoint Tour::barPlace()
@@ -207,6 +219,12 @@ QPoint Tour::barPlace()
     constexpr int middle = 3;
     return pageOrigin()
         + QPoint(page(u"innerWidth"_s).toInt() / 2, page(u"innerHeight"_s).toInt() + middle);
+}
+
+void Tour::rightClickAt(QPoint screen)
+{
+    xdotool({u"mousemove"_s, QString::number(screen.x()), QString::number(screen.y()), u"click"_s,
+        u"3"_s});
 }
 
 void Tour::clickElement(const QString& expression, int times)
@@ -280,7 +298,13 @@ void Tour::shot(const QString& name)
 {
     const QString file =
         u"%1/%2-%3.png"_s.arg(m_shotDir).arg(++m_shots, 2, 10, QChar(u'0')).arg(name);
-    QGuiApplication::primaryScreen()->grabWindow(0).save(file);
+    screen().save(file);
+}
+
+QImage Tour::screen()
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
+        QImage::Format_RGB32);
 }
 
 QString Tour::noteText()

@@ -4,6 +4,7 @@
 #include "Host.h"
 #include "Records.h"
 
+#include <QImage>
 #include <QRect>
 #include <QRgb>
 #include <QTemporaryDir>
@@ -40,6 +41,7 @@ public:
     void clickAt(QPoint screen, int times = 1);
     /// Presses the mouse at one place and lets go at the other, by steps as a hand does.
     void pull(QPoint from, QPoint to);
+    void rightClickAt(QPoint screen);
     /// Clicks the element of the page that `expression` yields.
     void clickElement(const QString& expression, int times = 1);
     /// Clicks the button of the page with that label.
@@ -52,12 +54,16 @@ public:
     QRect windowPlace();
     /// The middle of the bar below the page, on the screen.
     QPoint barPlace();
+    /// Of the window that has the keyboard.
+    QRect activeWindowPlace();
     /// Where a file of the user's lies; the folder is there.
     QString desktopFile(const QString& name) const;
     /// Drags files from another program's window into the middle of the note; a picture is taken
     /// over the note if it has a name.
     void drag(const QStringList& files, const QString& shotName = {});
     void shot(const QString& name);
+    /// The whole screen as it is.
+    static QImage screen();
 
     // --- looking ---
     QJsonValue page(const QString& expression) { return tools.evaluate(expression); }
@@ -81,6 +87,7 @@ private:
     QString xdotool(const QStringList& arguments);
     QString window();
     void moveBySteps(QPoint from, QPoint to);
+    QRect placeOf(const QString& window);
     void moveInWindow(int x, int y);
     /// Where the page's own coordinates begin on the screen. It has to be in sight.
     QPoint pageOrigin();

@@ -56,6 +56,10 @@ constexpr Step steps[] = {
     {"a card opens, and a restart keeps all", aCardOpensAndARestartKeepsAll},
     {"an attachment is edited elsewhere", anAttachmentIsEditedElsewhere},
     {"one of a closed note is edited elsewhere", anAttachmentOfAClosedNoteIsEditedElsewhere},
+    {"a capture becomes an attachment", aCaptureBecomesAnAttachment},
+    {"a capture goes to the clipboard", aCaptureGoesToTheClipboard},
+    {"a capture is saved as a file", aCaptureIsSavedAsAFile},
+    {"a capture is given up", aCaptureIsGivenUp},
     {"the window in Chinese", chineseWindow},
     {"the window in the dark", darkWindow},
 };
