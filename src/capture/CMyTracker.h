@@ -30,9 +30,10 @@ public:
     CMyTracker(const CMyTracker&) = delete;
     CMyTracker& operator=(const CMyTracker&) = delete;
 
-    /// Draws the inside, the border and the handles.
+    /// Draws the inside, the border and the handles. The painter's settings stay as they are.
     virtual void Draw(QPainter& dc) const;
-    /// Draws the inside, `rect`, which is normalised. Nothing here.
+    /// Draws the inside, `rect`, which is normalised, and leaves the painter's settings as they
+    /// are. Nothing here.
     virtual void DrawInner(QPainter& dc, const CaptureRect& rect) const;
     /// Shows during a tracking where the rectangle is: a drag frame. `rect` may be inverted. With
     /// `clipTo` it is converted from the coordinates of `window` to those of that window. `dc` may

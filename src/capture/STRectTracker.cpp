@@ -11,7 +11,7 @@ STRectTracker::STRectTracker(CaptureOwner* owner)
 void STRectTracker::DrawInner(QPainter& dc, const CaptureRect& inner) const
 {
     const QImage& snapshot = m_owner->Snapshot();
-    DrawScreenPixels(dc, snapshot, ScreenPixelsOf(inner, snapshot), snapshot.devicePixelRatio());
+    DrawScreenPixels(dc, snapshot, ScreenPixelsOf(inner, snapshot));
 }
 
 void STRectTracker::DrawTrackerRect(

@@ -22,6 +22,11 @@ constexpr QColor captureColour(10, 100, 130);
 /// move lets it begin.
 constexpr int startSize = 4;
 
+bool IsWhole(qreal ratio)
+{
+    return ratio == std::floor(ratio);
+}
+
 QSize SizeOf(const QImage& snapshot)
 {
     if (!snapshot.isNull())
@@ -43,7 +48,6 @@ ScreenCaptureDlgBase::ScreenCaptureDlgBase(const QImage& snapshot)
 {
     if (m_snapshot.format() != QImage::Format_RGB32)
         m_snapshot.convertTo(QImage::Format_RGB32);
-    m_dimmed = DimmedScreen(m_snapshot);
     m_tracker.style = captureStyle;
     m_tracker.colour = captureColour;
     m_tracker.UpdatePens();
@@ -140,28 +144,48 @@ ScreenCaptureDlgBase::Shown ScreenCaptureDlgBase::ShownNow() const
 {
     Shown shown;
     shown.has = m_has;
-    if (m_has) {
+    if (m_has)
         shown.rect = m_tracker.rect.Normalised();
-        m_tracker.GetTrueRect(&shown.trueRect);
-    }
     return shown;
 }
 
-// Of two selections that overlap, the inside that they share looks the same: what changes are the
-// bands in which border and handles lie, and what is inside of one only.
+// What two selections have in common looks the same: the inside that they share, and the border of
+// a side that did not move.
 QRegion ScreenCaptureDlgBase::Changed(const Shown& from, const Shown& to) const
 {
     if (from == to)
         return {};
-    const auto band = [&](const Shown& shown) {
-        const QRegion all(shown.trueRect.ToQRect());
-        const CaptureRect inside = shown.rect.Inflated(-m_tracker.sizeHandle);
-        return inside.IsEmpty() ? all : all - inside.ToQRect();
+    // How far a handle reaches, out of the rectangle and into it; the line lies in between.
+    const int reach = m_tracker.sizeHandle / 2;
+    const auto outer = [&](const Shown& shown) {
+        return shown.has ? QRegion(shown.rect.Inflated(1).ToQRect()) : QRegion();
     };
-    QRegion changed = QRegion(from.rect.ToQRect()) ^ QRegion(to.rect.ToQRect());
-    changed += band(from);
-    changed += band(to);
-    if (const qreal ratio = devicePixelRatioF(); ratio == std::floor(ratio))
+    const auto bands = [&](const Shown& shown, const Shown& other) -> QRegion {
+        if (!shown.has)
+            return {};
+        const CaptureRect& r = shown.rect;
+        const QRect all = r.Inflated(reach).ToQRect();
+        const bool isNew = !other.has;
+        const int thick = 2 * reach;
+        // A side that stays has a handle in its middle, which moves.
+        const int x = (r.left + r.right) / 2 - thick, y = (r.top + r.bottom) / 2 - thick;
+        const auto side = [&](bool moved, const QRect& whole, const QRect& middle) {
+            return isNew || moved ? whole : middle;
+        };
+        QRegion region;
+        region += side(r.left != other.rect.left, {all.x(), all.y(), thick, all.height()},
+            {all.x(), y, thick, 2 * thick});
+        region += side(r.right != other.rect.right, {r.right - reach, all.y(), thick, all.height()},
+            {r.right - reach, y, thick, 2 * thick});
+        region += side(r.top != other.rect.top, {all.x(), all.y(), all.width(), thick},
+            {x, all.y(), 2 * thick, thick});
+        region +=
+            side(r.bottom != other.rect.bottom, {all.x(), r.bottom - reach, all.width(), thick},
+                {x, r.bottom - reach, 2 * thick, thick});
+        return region;
+    };
+    const QRegion changed = (outer(from) ^ outer(to)) + bands(from, to) + bands(to, from);
+    if (IsWhole(devicePixelRatioF()))
         return changed;
     // Where a unit is no whole number of pixels, an edge shares a pixel with its neighbour.
     QRegion grown;
@@ -187,18 +211,28 @@ void ScreenCaptureDlgBase::RepaintCaptureArea()
 
 void ScreenCaptureDlgBase::PaintScene(QPainter& painter, const QRect& area) const
 {
-    const CaptureRect visible = CaptureRect::Of(area & QRect(QPoint(), m_screen));
-    if (visible.IsEmpty())
+    const QRect visible = area & QRect(QPoint(), m_screen);
+    if (visible.isEmpty())
         return;
     painter.save();
-    painter.setClipRect(visible.ToQRect(), Qt::IntersectClip);
-    // A pixel more on each side, for an edge that cuts a pixel.
-    const qreal ratio = m_snapshot.devicePixelRatio();
-    DrawScreenPixels(painter, m_dimmed,
-        ScreenPixelsOf(visible, m_snapshot).adjusted(-1, -1, 1, 1) & m_dimmed.rect(), ratio);
+    painter.setClipRect(visible, Qt::IntersectClip);
+    PaintClipped(painter, visible);
+    painter.restore();
+}
+
+void ScreenCaptureDlgBase::PaintClipped(QPainter& painter, const QRect& clip) const
+{
+    // An edge that cuts a pixel takes a pixel more.
+    const int more = IsWhole(m_snapshot.devicePixelRatio()) ? 0 : 1;
+    // What the selection covers is not dimmed first.
+    const QRect covered = m_has ? m_tracker.rect.ToQRect() : QRect();
+    for (const QRect& part : QRegion(clip) - covered) {
+        DrawDimmedPixels(painter, m_snapshot,
+            ScreenPixelsOf(CaptureRect::Of(part), m_snapshot).adjusted(-more, -more, more, more)
+                & m_snapshot.rect());
+    }
     if (m_has)
         m_tracker.Draw(painter);
-    painter.restore();
 }
 
 void ScreenCaptureDlgBase::paintEvent(QPaintEvent* event)
@@ -209,10 +243,14 @@ void ScreenCaptureDlgBase::paintEvent(QPaintEvent* event)
         m_shown = now;
     }
     QPainter painter(this);
-    for (const QRect& outside : event->region() - QRect(QPoint(), m_screen))
+    const QRect screen(QPoint(), m_screen);
+    for (const QRect& outside : event->region() - screen)
         painter.fillRect(outside, Qt::black);
-    for (const QRect& part : event->region())
-        PaintScene(painter, part);
+    for (const QRect& part : event->region() & screen) {
+        // A painter that is clipped to one rectangle copies, and otherwise goes line by line.
+        painter.setClipRect(part);
+        PaintClipped(painter, part);
+    }
 }
 
 QImage ScreenCaptureDlgBase::CopySelectionBitmap(const CaptureRect& selection) const

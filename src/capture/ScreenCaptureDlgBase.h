@@ -81,12 +81,13 @@ private:
     struct Shown {
         bool has = false;
         CaptureRect rect; ///< Normalised.
-        CaptureRect trueRect; ///< With border and handles.
         bool operator==(const Shown&) const = default;
     };
 
     Shown ShownNow() const;
     QRegion Changed(const Shown& from, const Shown& to) const;
+    /// Paints the scene. `clip`, to which the painter is clipped, lies within the screen.
+    void PaintClipped(QPainter& painter, const QRect& clip) const;
     void OnLButtonDown(const QPoint& point);
     void OnLButtonUp();
     void OnRButtonUp(const QPoint& point);
@@ -95,7 +96,6 @@ private:
     void EndIfShown();
 
     QImage m_snapshot;
-    QImage m_dimmed; ///< The snapshot as it shows where nothing is selected.
     QSize m_screen;
     STRectTracker m_tracker{this};
     bool m_has = false; ///< There is a selection.

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 /// The brightness of the dimmed screen, out of 255.
@@ -15,6 +17,41 @@ quint32 DimPair(quint32 pair)
     return (x + (x >> 8 & 0x00ff00ff)) >> 8 & 0x00ff00ff;
 }
 
+void DimRow(const quint32* from, quint32* to, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] = 0xff000000U | DimPair(from[i] >> 8 & 0xff) << 8 | DimPair(from[i] & 0x00ff00ff);
+}
+
+/// How many pixels are dimmed in one piece: what a processor's cache holds.
+constexpr int pieceSize = 1 << 15;
+
+/// Draws in units of the snapshot's pixels. On the screen of the snapshot the whole transformation
+/// is then none at all, and the painter copies.
+class PixelPainter {
+public:
+    PixelPainter(QPainter& dc, qreal ratio)
+        : m_dc(dc)
+        , m_isScaled(ratio != 1)
+    {
+        if (!m_isScaled)
+            return;
+        m_dc.save();
+        m_dc.scale(1 / ratio, 1 / ratio);
+    }
+    ~PixelPainter()
+    {
+        if (m_isScaled)
+            m_dc.restore();
+    }
+    PixelPainter(const PixelPainter&) = delete;
+    PixelPainter& operator=(const PixelPainter&) = delete;
+
+private:
+    QPainter& m_dc;
+    const bool m_isScaled;
+};
+
 } // namespace
 
 QRect ScreenPixelsOf(const CaptureRect& rect, const QImage& snapshot)
@@ -26,32 +63,34 @@ QRect ScreenPixelsOf(const CaptureRect& rect, const QImage& snapshot)
     return pixels & snapshot.rect();
 }
 
-void DrawScreenPixels(QPainter& dc, const QImage& image, const QRect& pixels, qreal ratio)
+void DrawScreenPixels(QPainter& dc, const QImage& snapshot, const QRect& pixels)
 {
     if (pixels.isEmpty())
         return;
-    dc.save();
-    // In units of pixels the whole transformation is none at all on the screen of the snapshot, and
-    // the painter copies.
-    dc.scale(1 / ratio, 1 / ratio);
-    dc.setCompositionMode(QPainter::CompositionMode_Source);
-    const QImage plain(
-        image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    const PixelPainter inPixels(dc, snapshot.devicePixelRatio());
+    // The same picture without a ratio of its own.
+    const QImage plain(snapshot.constBits(), snapshot.width(), snapshot.height(),
+        snapshot.bytesPerLine(), snapshot.format());
     dc.drawImage(pixels.topLeft(), plain, pixels);
-    dc.restore();
 }
 
-QImage DimmedScreen(const QImage& snapshot)
+void DrawDimmedPixels(QPainter& dc, const QImage& snapshot, const QRect& pixels)
 {
-    const QImage source = snapshot.convertToFormat(QImage::Format_RGB32);
-    QImage dimmed(source.size(), QImage::Format_RGB32);
-    for (int y = 0; y < source.height(); ++y) {
-        const auto* from = reinterpret_cast<const quint32*>(source.constScanLine(y));
-        auto* to = reinterpret_cast<quint32*>(dimmed.scanLine(y));
-        for (int x = 0; x < source.width(); ++x) {
-            to[x] = 0xff000000U | DimPair(from[x] >> 8 & 0x000000ff) << 8
-                | DimPair(from[x] & 0x00ff00ff);
-        }
+    if (pixels.isEmpty())
+        return;
+    const PixelPainter inPixels(dc, snapshot.devicePixelRatio());
+    const int width = pixels.width();
+    const int rows = std::clamp(pieceSize / width, 1, pixels.height());
+    QImage piece(width, rows, QImage::Format_RGB32);
+    auto* const first = reinterpret_cast<quint32*>(piece.bits());
+    const qsizetype stride = snapshot.bytesPerLine() / qsizetype(sizeof(quint32));
+    const auto* from =
+        reinterpret_cast<const quint32*>(snapshot.constScanLine(pixels.top())) + pixels.left();
+    for (int top = pixels.top(); top <= pixels.bottom(); top += rows) {
+        const int count = std::min(rows, pixels.bottom() + 1 - top);
+        quint32* to = first;
+        for (int row = 0; row < count; ++row, from += stride, to += width)
+            DimRow(from, to, width);
+        dc.drawImage(pixels.left(), top, piece, 0, 0, width, count);
     }
-    return dimmed;
 }

@@ -14,10 +14,11 @@ class QPainter;
 /// gap. Held inside of the snapshot; empty when nothing of it is left.
 QRect ScreenPixelsOf(const CaptureRect& rect, const QImage& snapshot);
 
-/// Paints `pixels` of `image` at the place that they have on the screen, with no blending; none if
-/// empty. `ratio` is how many pixels of the image make one unit of the dialog's coordinates, in
-/// which `dc` draws; the ratio that the image itself has is not looked at.
-void DrawScreenPixels(QPainter& dc, const QImage& image, const QRect& pixels, qreal ratio);
+/// Paints these pixels of the snapshot at the place that they have on the screen, with no blending.
+/// `dc` draws in the coordinates of the dialog, whatever it draws on. None if empty.
+void DrawScreenPixels(QPainter& dc, const QImage& snapshot, const QRect& pixels);
 
-/// The snapshot at 240/255 of each colour value, rounded: the dimmed screen. In the format RGB32.
-QImage DimmedScreen(const QImage& snapshot);
+/// The same at 240/255 of each colour value, rounded. The snapshot's format is RGB32. It is dimmed
+/// piece by piece on its way: a second picture of the screen would cost more than it saves, as each
+/// pixel is painted once and then only where the selection changes.
+void DrawDimmedPixels(QPainter& dc, const QImage& snapshot, const QRect& pixels);

@@ -25,7 +25,7 @@ TrackerShared* Built()
 {
     const QCursor diagonal(Qt::SizeFDiagCursor), otherDiagonal(Qt::SizeBDiagCursor),
         vertical(Qt::SizeVerCursor), horizontal(Qt::SizeHorCursor), move(Qt::SizeAllCursor);
-    return new TrackerShared{QBrush(HatchImage()), QBrush(Qt::black), QBrush(Qt::Dense4Pattern),
+    return new TrackerShared{QBrush(HatchImage()), QColor(Qt::black), QBrush(Qt::Dense4Pattern),
         {diagonal, otherDiagonal, diagonal, otherDiagonal, vertical, horizontal, vertical,
             horizontal, move, move},
         defaultHandleSize};

@@ -10,9 +10,10 @@
 struct TrackerShared {
     /// Diagonal lines, opaque where a line is and clear between.
     QBrush hatch;
-    /// The pens of the border. A pen is the brush that fills the band of a line: where a drawn line
-    /// ends up depends on the scale of the screen, a band does not.
-    QBrush solidPen, dottedPen;
+    /// The pens of the border. A pen is what fills the band of a line: where a drawn line ends up
+    /// depends on the scale of the screen, a band does not.
+    QColor solidPen;
+    QBrush dottedPen;
     /// One per hit code, and `gapCursor`.
     std::array<QCursor, 10> cursors;
     /// Edge length of a handle.
