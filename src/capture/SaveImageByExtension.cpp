@@ -11,7 +11,7 @@ namespace {
 /// The encoder for an extension; empty if there is none.
 QByteArray encoderFor(const QString& extension)
 {
-    const QByteArray name = extension.toLatin1().toLower();
+    QByteArray name = extension.toLatin1().toLower();
     if (name.isEmpty())
         return {};
     if (QImageWriter::supportedImageFormats().contains(name))

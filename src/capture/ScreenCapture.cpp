@@ -3,6 +3,7 @@
 #include "capture/NomarNoteScreenCapture.h"
 #include "capture/ScreenGrab.h"
 #include "capture/WindowAside.h"
+#include "platform/Boxes.h"
 
 #include <QScopedValueRollback>
 
@@ -13,21 +14,37 @@ QImage DesktopScreen::grab(QString* error)
     return capture::GrabPrimaryScreen(error);
 }
 
-int RunScreenCapture(
+namespace {
+
+/// False and why if there is no picture.
+bool capturedWith(
     ScreenSource& screen, QWidget* mainWindow, IScreenCaptureNotify& notify, QString* error)
 {
-    // There is one screen for all controls of the process.
-    static bool isRunning = false;
-    error->clear();
-    if (isRunning)
-        return 0;
-    const QScopedValueRollback running(isRunning, true);
     const WindowAside aside(mainWindow);
     const QImage picture = screen.grab(error);
     if (picture.isNull())
-        return 0;
+        return false;
     NomarNoteScreenCapture dialog(picture);
     dialog.notify = &notify;
     dialog.DoModal();
-    return 1;
+    return true;
+}
+
+} // namespace
+
+int RunScreenCapture(
+    ScreenSource& screen, Boxes& boxes, QWidget* mainWindow, IScreenCaptureNotify& notify)
+{
+    // There is one screen for all controls of the process.
+    static bool isRunning = false;
+    if (isRunning)
+        return 0;
+    const QScopedValueRollback running(isRunning, true);
+    QString error;
+    if (capturedWith(screen, mainWindow, notify, &error))
+        return 1;
+    // Over the window, which is back.
+    if (!error.isEmpty())
+        boxes.show(error);
+    return 0;
 }

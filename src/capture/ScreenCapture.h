@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+class Boxes;
 class IScreenCaptureNotify;
 class QWidget;
 
@@ -23,7 +24,9 @@ public:
 /// completed. `mainWindow`, if not null, steps aside before the picture is taken and is back
 /// afterwards, however the capture has ended.
 ///
-/// 0 and no dialog if there is no picture, with a text for the user in `error` unless the user
+/// 0 and no dialog if there is no picture, which is told to the user in a box unless the user
 /// refused it; and, quietly, if a capture runs in this process already.
+///
+/// Nothing is owned. All but `mainWindow` must outlive the capture, in which anything may happen.
 int RunScreenCapture(
-    ScreenSource& screen, QWidget* mainWindow, IScreenCaptureNotify& notify, QString* error);
+    ScreenSource& screen, Boxes& boxes, QWidget* mainWindow, IScreenCaptureNotify& notify);

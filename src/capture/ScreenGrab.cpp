@@ -60,7 +60,7 @@ QImage GrabByPortal(QString* error, const QString& connection)
 {
     const QScreen* const screen = QGuiApplication::primaryScreen();
     const PortalScreenshot shot = TakePortalScreenshot(connection);
-    const QImage image = CutScreen(shot.image, screen->geometry(), screen->virtualGeometry());
+    QImage image = CutScreen(shot.image, screen->geometry(), screen->virtualGeometry());
     const bool isRefused = shot.outcome == PortalOutcome::Cancelled;
     *error = !image.isNull() || isRefused
         ? QString()

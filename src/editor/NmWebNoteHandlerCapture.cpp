@@ -35,12 +35,11 @@ void NmWebNoteHandler::OnScreenCapture(int hideMainWnd)
 {
     const SameNote same = d->adder.sameNote();
     Receiver receiver(*this, same);
+    // Not the handler's own, which may be gone by the end.
     DesktopScreen screen;
-    QString error;
+    DesktopBoxes boxes;
     RunScreenCapture(
-        screen, hideMainWnd && d->browser ? d->browser->window() : nullptr, receiver, &error);
-    if (!error.isEmpty() && same.isAlive())
-        d->boxes.show(error);
+        screen, boxes, hideMainWnd && d->browser ? d->browser->window() : nullptr, receiver);
 }
 
 void NmWebNoteHandler::OnScreenCaptureComplet(const QImage& bitmap)

@@ -1,8 +1,10 @@
 #include "capture/ScreenCapture.h"
 
 #include "capture/IScreenCaptureNotify.h"
+#include "capture/IconFiles.h"
 #include "capture/ScreenCaptureDlgBase.h"
 #include "kit/Print.h"
+#include "kit/Recorders.h"
 #include "kit/Wait.h"
 
 #include <QApplication>
@@ -41,11 +43,12 @@ public:
 
 class Capturing : public ::testing::Test {
 protected:
+    const OwnRes withoutFiles; // The tracker's cursors are the process's, and stay as they are.
     ScriptedScreen screen;
     Notified notify;
-    QString error = QStringLiteral("as it was");
+    RecordedBoxes boxes;
 
-    int run(QWidget* window = nullptr) { return RunScreenCapture(screen, window, notify, &error); }
+    int run(QWidget* window = nullptr) { return RunScreenCapture(screen, boxes, window, notify); }
 
     static ScreenCaptureDlgBase* dialog()
     {
@@ -81,7 +84,7 @@ TEST_F(Capturing, DeliversThePictureOfTheSelection)
 {
     soon(complete);
     EXPECT_EQ(run(), 1);
-    EXPECT_TRUE(error.isEmpty());
+    EXPECT_TRUE(boxes.texts.isEmpty());
     ASSERT_EQ(notify.pictures.size(), 1u);
     EXPECT_EQ(notify.pictures[0].size(), QSize(96, 56));
     EXPECT_EQ(notify.pictures[0].pixelColor(0, 0), QColor(1, 2, 3));
@@ -142,8 +145,11 @@ TEST_F(Capturing, WhereNoScreenCanBeHadItSaysSoAndTheWindowComesBack)
     screen.error = QStringLiteral("there is no picture");
     bool wasShown = false;
     screen.onGrab = [&] { wasShown = window.isVisible(); };
+    bool wasBack = false;
+    boxes.onShow = [&] { wasBack = window.isVisible(); };
     EXPECT_EQ(run(&window), 0);
-    EXPECT_EQ(error, QStringLiteral("there is no picture"));
+    EXPECT_EQ(boxes.texts, QStringList{QStringLiteral("there is no picture")});
+    EXPECT_TRUE(wasBack);
     EXPECT_FALSE(wasShown);
     EXPECT_TRUE(window.isVisible());
     EXPECT_TRUE(notify.pictures.empty());
@@ -153,23 +159,21 @@ TEST_F(Capturing, AUserWhoRefusesThePictureIsToldNothing)
 {
     screen.picture = QImage();
     EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(error.isEmpty());
+    EXPECT_TRUE(boxes.texts.isEmpty());
 }
 
 TEST_F(Capturing, ASecondOneIsRefusedQuietlyWhileOneRuns)
 {
-    QString otherError = QStringLiteral("as it was");
     int duringGrab = -1, duringDialog = -1;
-    const auto again = [&] { return RunScreenCapture(screen, nullptr, notify, &otherError); };
-    screen.onGrab = [&] { duringGrab = again(); };
+    screen.onGrab = [&] { duringGrab = run(); };
     soon([&](ScreenCaptureDlgBase& open) {
-        duringDialog = again();
+        duringDialog = run();
         escape(open);
     });
     EXPECT_EQ(run(), 1);
     EXPECT_EQ(duringGrab, 0);
     EXPECT_EQ(duringDialog, 0);
-    EXPECT_TRUE(otherError.isEmpty());
+    EXPECT_TRUE(boxes.texts.isEmpty());
     EXPECT_EQ(screen.grabs, 1);
     // Afterwards it can be had again.
     screen.onGrab = nullptr;
