@@ -2,6 +2,8 @@
 
 #include "reliability/DiskFaults.h"
 
+#include "attachstore/ChangedFile.h"
+#include "attachstore/ClosedNote.h"
 #include "attachstore/FileRecord.h"
 #include "attachstore/Import.h"
 #include "noteattach/NewAttachFile.h"
@@ -92,13 +94,17 @@ const QString kAttached =
                    "src=\"../userdata\\attachment\\11111111111111111111111111111111.bmp\" "
                    "nm_exdata=\"{&quot;OrigName_B64&quot;:&quot;YS50eHQ=&quot;}\"></p>"); // a.txt
 
-QString notePath(const TestStore& store, const QString& html)
+// The name of the file that a note of this text is filed under.
+const QString kAttachedFile = digestName(
+    QByteArrayLiteral("<!--{\"ver_number\":2}-->") + kAttached.toUtf8(), QStringLiteral("html"));
+
+void fileNote(const TestStore& store)
 {
-    QString text = html;
+    QString text = kAttached;
     NewAttachFile record;
     NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_2;
     EXPECT_EQ(NoteHtmlRW::SaveHtmlTextToFile(text, record, &version), 1);
-    return record.filePath.isEmpty() ? store.store() : record.filePath;
+    EXPECT_TRUE(store.names().contains(kAttachedFile)) << record.fileName.toStdString();
 }
 
 int save(const TestStore&)
@@ -124,6 +130,24 @@ bool anyNoteReads(const TestStore& store, const QString& text)
     });
 }
 
+attachstore::ChangedFile changed(const TestStore& store, const QString& name)
+{
+    const QString path = sourcePath(store, name);
+    const QByteArray bytes = name.endsWith(QStringLiteral(".png")) ? png() : QByteArray("new");
+    return {path, qint32(bytes.size()), name, digestName(bytes, QString()).chopped(1), {}};
+}
+
+int rewriteClosed(const TestStore& store)
+{
+    const attachstore::NewImage image{QStringLiteral("a.txt"), QStringLiteral("new.txt"),
+        QStringLiteral("new.bmp"), QStringLiteral("2001-02-03 04:05:06")};
+    std::vector<NewAttachFile> files;
+    QString text;
+    const QString note = store.path(kAttachedFile);
+    return attachstore::RewriteClosedNote(note, kNote, image, files, text)
+        == attachstore::NoteRewrite::Filed;
+}
+
 const Operation kOperations[] = {
     {"Save", {"rename", "stat"}, [](const TestStore&) {}, save,
         [](const TestStore& store) { return anyNoteReads(store, kHtml); }},
@@ -144,18 +168,39 @@ const Operation kOperations[] = {
             return readFile(store.path(digestName(png(), QStringLiteral("png")))) == png();
         }},
     {"RemovalFromANote", {"open", "read", "rename", "stat"},
-        [](const TestStore& store) { notePath(store, kAttached); },
+        [](const TestStore& store) { fileNote(store); },
         [](const TestStore& store) {
             std::vector<NewAttachFile> list;
-            for (const QString& name : store.names()) {
-                if (name.endsWith(QStringLiteral(".html")) && store.names().size() < 3
-                    && notestore::DelAttachFromHtmlFile(
-                        store.path(name), kNote, QStringLiteral("a.txt"), list))
-                    return 1;
-            }
-            return 0;
+            return notestore::DelAttachFromHtmlFile(
+                store.path(kAttachedFile), kNote, QStringLiteral("a.txt"), list);
         },
         [](const TestStore& store) { return anyNoteReads(store, QStringLiteral("<p>x</p>")); }},
+    {"ChangedPicture", {},
+        [](const TestStore& store) { writeSource(store, QStringLiteral("p.png"), png()); },
+        [](const TestStore& store) {
+            QString shown;
+            return attachstore::GenerateThumbPic(changed(store, QStringLiteral("p.png")), shown);
+        },
+        [](const TestStore& store) {
+            return readFile(store.path(digestName(png(), QStringLiteral("png")))) == png();
+        }},
+    {"ChangedDocument", {},
+        [](const TestStore& store) { writeSource(store, QStringLiteral("a.txt"), "new"); },
+        [](const TestStore& store) {
+            QString shown;
+            return attachstore::GenerateThumbPic(changed(store, QStringLiteral("a.txt")), shown);
+        },
+        [](const TestStore& store) {
+            return !store.names().filter(QStringLiteral(".bmp")).isEmpty();
+        }},
+    {"ChangeInAClosedNote", {"rename", "stat"}, [](const TestStore& store) { fileNote(store); },
+        rewriteClosed,
+        [](const TestStore& store) {
+            const QStringList names = store.names().filter(QStringLiteral(".html"));
+            return std::any_of(names.begin(), names.end(), [&](const QString& name) {
+                return readFile(store.path(name)).contains("attachment\\new.txt");
+            });
+        }},
     {"Export", {},
         [](const TestStore& store) {
             writeSource(store, QStringLiteral("out.mht"), "an earlier one");
