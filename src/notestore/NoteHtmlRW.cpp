@@ -27,8 +27,10 @@ std::optional<std::string> readWhole(const QString& path)
     std::size_t have = 0;
     while (have < bytes.size()) {
         const qint64 count = file.read(bytes.data() + have, bytes.size() - have);
-        if (count <= 0)
-            break; // shorter by now, or unreadable from here: zero bytes end the text
+        if (count < 0)
+            return std::nullopt; // half a note would be saved as all of it
+        if (count == 0)
+            break; // shorter by now: zero bytes end the text
         have += static_cast<std::size_t>(count);
     }
     return bytes;

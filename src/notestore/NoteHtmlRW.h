@@ -14,8 +14,8 @@ public:
     /// Reads a note file into its text (without the marker) and its version. The text ends at the
     /// first zero byte of the file. A file without a marker is version 0; so is one whose marker
     /// cannot be read, and that marker is cut away.
-    /// Returns 1, or 0 if the file cannot be opened, is no regular file, or is larger than 1 GiB;
-    /// both out arguments are untouched then.
+    /// Returns 1, or 0 if the file cannot be opened or read to its end, is no regular file, or is
+    /// larger than 1 GiB; both out arguments are untouched then.
     static int ReadHtmlTextFromFile(
         const QString& path, QString& html, NOTE_HTML_VER_NUMBER* version);
 
