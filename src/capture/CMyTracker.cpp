@@ -153,11 +153,11 @@ std::optional<std::size_t> CMyTracker::CursorAt(const QPoint& point) const
     return std::size_t(hit);
 }
 
-bool CMyTracker::SetCursor(QWidget* window, int hitTestCode) const
+bool CMyTracker::SetCursor(QWidget* window, int hitTestCode, const QPoint& point) const
 {
     if (hitTestCode != HTCLIENT)
         return false;
-    const std::optional<std::size_t> index = CursorAt(window->mapFromGlobal(QCursor::pos()));
+    const std::optional<std::size_t> index = CursorAt(point);
     if (!index)
         return false;
     const QCursor& cursor = TrackerShared::Get().cursors[*index];

@@ -65,9 +65,10 @@ public:
     /// Which of the shared cursors belongs to the point: a hit code, or one more than the last for
     /// the gap between handles on a hatched border. None where nothing is hit.
     std::optional<std::size_t> CursorAt(const QPoint& point) const;
-    /// Gives `window` the cursor for where the mouse is. False, and nothing set, if
-    /// `hitTestCode` is not HTCLIENT or nothing is hit.
-    bool SetCursor(QWidget* window, int hitTestCode) const;
+    /// Gives `window` the cursor for `point`, which is where the mouse is in its coordinates: its
+    /// event tells, and to ask the window system takes longer than all else here. False, and
+    /// nothing set, if `hitTestCode` is not HTCLIENT or nothing is hit.
+    bool SetCursor(QWidget* window, int hitTestCode, const QPoint& point) const;
     /// Replaces the cursors of all trackers, one per hit code from 0 to 8.
     static void SetSharedCursors(const std::array<QCursor, hitMiddle + 1>& cursors);
 

@@ -104,7 +104,7 @@ bool ScreenCaptureDlgBase::OnInitDialog()
     m_toolbar = new CSToolbar(this);
     InitToolbar();
     InitCursors();
-    ChooseCursor();
+    setCursor(DefaultCursor());
     for (QWidget* child : {static_cast<QWidget*>(m_tip), static_cast<QWidget*>(m_toolbar)})
         child->setCursor(cursor());
 
@@ -224,12 +224,18 @@ void ScreenCaptureDlgBase::PaintClipped(QPainter& painter, const QRect& clip) co
 {
     // An edge that cuts a pixel takes a pixel more.
     const int more = IsWhole(m_snapshot.devicePixelRatio()) ? 0 : 1;
-    // What the selection covers is not dimmed first.
-    const QRect covered = m_has ? m_tracker.rect.ToQRect() : QRect();
-    for (const QRect& part : QRegion(clip) - covered) {
+    const auto dim = [&](const QRect& part) {
         DrawDimmedPixels(painter, m_snapshot,
             ScreenPixelsOf(CaptureRect::Of(part), m_snapshot).adjusted(-more, -more, more, more)
                 & m_snapshot.rect());
+    };
+    // What the selection covers is not dimmed first.
+    const QRect covered = m_has ? m_tracker.rect.ToQRect() : QRect();
+    if (!covered.intersects(clip)) {
+        dim(clip);
+    } else if (!covered.contains(clip)) {
+        for (const QRect& part : QRegion(clip) - covered)
+            dim(part);
     }
     if (m_has)
         m_tracker.Draw(painter);
@@ -276,12 +282,16 @@ void ScreenCaptureDlgBase::ShowToolbar(bool show)
     m_toolbar->setGeometry(show ? m_toolbar->PlaceFor(m_tracker.rect) : QRect());
 }
 
-void ScreenCaptureDlgBase::ChooseCursor()
+QCursor ScreenCaptureDlgBase::DefaultCursor() const
 {
-    if (m_tracker.SetCursor(this, HTCLIENT) && !m_dragging && m_has)
+    return m_cursorDefault.value_or(Qt::ArrowCursor);
+}
+
+void ScreenCaptureDlgBase::ChooseCursor(const QPoint& point)
+{
+    if (m_has && !m_dragging && m_tracker.SetCursor(this, HTCLIENT, point))
         return;
-    const QCursor chosen = m_cursorDefault.value_or(Qt::ArrowCursor);
-    if (cursor() != chosen)
+    if (const QCursor chosen = DefaultCursor(); cursor() != chosen)
         setCursor(chosen);
 }
 
@@ -294,7 +304,7 @@ bool ScreenCaptureDlgBase::event(QEvent* event)
     case QEvent::MouseMove:
         // While the mouse is captured the cursor stays what it was at the press.
         if (!QWidget::mouseGrabber())
-            ChooseCursor();
+            ChooseCursor(static_cast<QMouseEvent*>(event)->position().toPoint());
         break;
     default:
         break;

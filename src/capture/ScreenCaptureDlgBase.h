@@ -92,7 +92,8 @@ private:
     void OnLButtonUp();
     void OnRButtonUp(const QPoint& point);
     void ShowToolbar(bool show);
-    void ChooseCursor();
+    QCursor DefaultCursor() const;
+    void ChooseCursor(const QPoint& point);
     void EndIfShown();
 
     QImage m_snapshot;

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -23,8 +24,28 @@ void DimRow(const quint32* from, quint32* to, int count)
         to[i] = 0xff000000U | DimPair(from[i] >> 8 & 0xff) << 8 | DimPair(from[i] & 0x00ff00ff);
 }
 
-/// How many pixels are dimmed in one piece: what a processor's cache holds.
-constexpr int pieceSize = 1 << 15;
+/// How many pixels are dimmed in one piece: what the nearest cache of a processor holds.
+constexpr int pieceSize = 1 << 12;
+
+/// Dims and draws `pixels`, no wider than a piece.
+void DrawDimmedColumn(QPainter& dc, const QImage& snapshot, const QRect& pixels)
+{
+    std::array<quint32, pieceSize> buffer;
+    const int width = pixels.width();
+    const int rows = std::min(pieceSize / width, pixels.height());
+    const QImage piece(reinterpret_cast<uchar*>(buffer.data()), width, rows,
+        qsizetype(width) * qsizetype(sizeof(quint32)), QImage::Format_RGB32);
+    const qsizetype stride = snapshot.bytesPerLine() / qsizetype(sizeof(quint32));
+    const auto* from =
+        reinterpret_cast<const quint32*>(snapshot.constScanLine(pixels.top())) + pixels.left();
+    for (int top = pixels.top(); top <= pixels.bottom(); top += rows) {
+        const int count = std::min(rows, pixels.bottom() + 1 - top);
+        quint32* to = buffer.data();
+        for (int row = 0; row < count; ++row, from += stride, to += width)
+            DimRow(from, to, width);
+        dc.drawImage(pixels.left(), top, piece, 0, 0, width, count);
+    }
+}
 
 /// Draws in units of the snapshot's pixels. On the screen of the snapshot the whole transformation
 /// is then none at all, and the painter copies.
@@ -79,18 +100,8 @@ void DrawDimmedPixels(QPainter& dc, const QImage& snapshot, const QRect& pixels)
     if (pixels.isEmpty())
         return;
     const PixelPainter inPixels(dc, snapshot.devicePixelRatio());
-    const int width = pixels.width();
-    const int rows = std::clamp(pieceSize / width, 1, pixels.height());
-    QImage piece(width, rows, QImage::Format_RGB32);
-    auto* const first = reinterpret_cast<quint32*>(piece.bits());
-    const qsizetype stride = snapshot.bytesPerLine() / qsizetype(sizeof(quint32));
-    const auto* from =
-        reinterpret_cast<const quint32*>(snapshot.constScanLine(pixels.top())) + pixels.left();
-    for (int top = pixels.top(); top <= pixels.bottom(); top += rows) {
-        const int count = std::min(rows, pixels.bottom() + 1 - top);
-        quint32* to = first;
-        for (int row = 0; row < count; ++row, from += stride, to += width)
-            DimRow(from, to, width);
-        dc.drawImage(pixels.left(), top, piece, 0, 0, width, count);
+    for (int left = pixels.left(); left <= pixels.right(); left += pieceSize) {
+        const int width = std::min(pieceSize, pixels.right() + 1 - left);
+        DrawDimmedColumn(dc, snapshot, {left, pixels.top(), width, pixels.height()});
     }
 }

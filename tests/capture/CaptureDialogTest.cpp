@@ -415,7 +415,6 @@ TEST_F(CaptureDialog, CoversThePrimaryScreenWithoutABorderAndOnTop)
 TEST_F(CaptureDialog, TheCursorIsTheTrackersOnlyOverASelection)
 {
     const auto at = [this](const QPoint& point) {
-        QCursor::setPos(capture.mapToGlobal(point));
         QMouseEvent event(QEvent::MouseMove, QPointF(point), QPointF(point), Qt::NoButton,
             Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&capture, &event);

@@ -420,16 +420,14 @@ TEST_F(TrackHandle, OfNothingDoesNothing)
 
 TEST_F(TrackHandle, TheCursorIsThatOfTheHandleUnderTheMouse)
 {
-    QCursor::setPos(window->mapToGlobal(QPoint(100, 100)));
-    EXPECT_TRUE(tracker.SetCursor(window.get(), HTCLIENT));
+    EXPECT_TRUE(tracker.SetCursor(window.get(), HTCLIENT, {100, 100}));
     EXPECT_EQ(window->cursor().shape(), Qt::SizeFDiagCursor);
-    EXPECT_FALSE(tracker.SetCursor(window.get(), HTCLIENT + 1));
+    EXPECT_FALSE(tracker.SetCursor(window.get(), HTCLIENT + 1, {150, 120}));
+    EXPECT_EQ(window->cursor().shape(), Qt::SizeFDiagCursor);
 
-    QCursor::setPos(window->mapToGlobal(QPoint(150, 120)));
-    EXPECT_TRUE(tracker.SetCursor(window.get(), HTCLIENT));
+    EXPECT_TRUE(tracker.SetCursor(window.get(), HTCLIENT, {150, 120}));
     EXPECT_EQ(window->cursor().shape(), Qt::SizeAllCursor);
 
-    QCursor::setPos(window->mapToGlobal(QPoint(20, 20)));
-    EXPECT_FALSE(tracker.SetCursor(window.get(), HTCLIENT));
+    EXPECT_FALSE(tracker.SetCursor(window.get(), HTCLIENT, {20, 20}));
     EXPECT_EQ(window->cursor().shape(), Qt::SizeAllCursor);
 }
