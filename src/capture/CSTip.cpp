@@ -57,6 +57,7 @@ CSTip::CSTip(CaptureOwner* owner, QWidget* parent)
     : QWidget(parent)
     , m_title(QStringLiteral("截图"))
     , m_owner(owner)
+    , m_font(tipFont())
 {
     setGeometry(0, 0, 0, 0);
     setMouseTracking(true);
@@ -78,50 +79,72 @@ void CSTip::Swap()
 
 void CSTip::mouseMoveEvent(QMouseEvent* event)
 {
+    PointerAt(mapToParent(event->position().toPoint()));
     // A pressed button keeps the events coming after the tip has gone from under the pointer.
     if (rect().contains(event->position().toPoint()))
         Swap();
 }
 
-void CSTip::paintEvent(QPaintEvent*)
+void CSTip::Compose()
 {
     const qreal ratio = devicePixelRatioF();
-    QImage memory(size() * ratio, QImage::Format_RGB32);
-    if (memory.isNull())
+    if (m_memory.size() != size() * ratio || m_memory.devicePixelRatio() != ratio) {
+        m_memory = QImage(size() * ratio, QImage::Format_RGB32);
+        m_memory.setDevicePixelRatio(ratio);
+    }
+    if (m_memory.isNull())
         return;
-    memory.setDevicePixelRatio(ratio);
     {
-        QPainter painter(&memory);
+        QPainter painter(&m_memory);
         DrawTip(painter, {0, 0, width(), height()});
     }
-    QPainter(this).drawImage(0, 0, memory);
-    m_painted = memory;
+    m_memory.swap(m_painted);
+    m_isComposed = true;
+}
+
+void CSTip::paintEvent(QPaintEvent*)
+{
+    if (!m_isComposed)
+        Compose();
+    m_isComposed = false;
+    QPainter(this).drawImage(0, 0, m_painted);
 }
 
 void CSTip::DrawTip(QPainter& painter, const CaptureRect& client)
 {
-    painter.fillRect(client.ToQRect(), groundColour);
     const CaptureRect frame = client.Inflated(-2);
-    painter.fillRect(frame.ToQRect(), frameColour);
-    painter.fillRect(frame.Inflated(-1).ToQRect(), Qt::white);
-
-    painter.setFont(tipFont());
     const CaptureRect title =
         CaptureRect{frame.left, frame.top, frame.right, frame.top + titleHeight}.Inflated(-1);
-    DrawTitle(painter, title);
+    DrawGround(painter, client, title);
+    painter.setFont(m_font);
+    drawLine(painter, {title.left + textIndent, title.top, title.right, title.bottom}, titleColour,
+        m_title);
     const CaptureRect bar{frame.left, frame.bottom - barHeight, frame.right, frame.bottom};
     DrawInformation(painter, bar);
     DrawMagnifier(painter, {frame.left, title.bottom, frame.right, bar.top});
 }
 
-void CSTip::DrawTitle(QPainter& painter, const CaptureRect& bar) const
+void CSTip::DrawGround(QPainter& painter, const CaptureRect& client, const CaptureRect& title)
 {
-    for (int i = 0; i < bar.Height(); ++i) {
-        const int grey = 252 - 40 * i / bar.Height();
-        painter.fillRect(bar.left, bar.top + i, bar.Width(), 1, QColor(grey, grey, grey));
+    const QRect area = client.ToQRect();
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    if (m_ground.size() != area.size() * ratio || m_ground.devicePixelRatio() != ratio) {
+        m_ground = QImage(area.size() * ratio, QImage::Format_RGB32);
+        m_ground.setDevicePixelRatio(ratio);
+        if (m_ground.isNull())
+            return;
+        QPainter ground(&m_ground);
+        ground.translate(-area.topLeft());
+        ground.fillRect(area, groundColour);
+        const CaptureRect frame = client.Inflated(-2);
+        ground.fillRect(frame.ToQRect(), frameColour);
+        ground.fillRect(frame.Inflated(-1).ToQRect(), Qt::white);
+        for (int i = 0; i < title.Height(); ++i) {
+            const int grey = 252 - 40 * i / title.Height();
+            ground.fillRect(title.left, title.top + i, title.Width(), 1, QColor(grey, grey, grey));
+        }
     }
-    drawLine(
-        painter, {bar.left + textIndent, bar.top, bar.right, bar.bottom}, titleColour, m_title);
+    painter.drawImage(area.topLeft(), m_ground);
 }
 
 void CSTip::DrawInformation(QPainter& painter, const CaptureRect& bar) const
@@ -158,7 +181,11 @@ void CSTip::DrawMagnifier(QPainter& painter, const CaptureRect& area) const
     // Each pixel keeps only what the pen has: nothing of green and blue, of red what 250 has.
     painter.setCompositionMode(QPainter::RasterOp_SourceAndDestination);
     painter.fillRect(area.left + 1, y - half, area.Width() - 2, crossWidth, crossColour);
-    painter.fillRect(x - half, area.top + 1, crossWidth, area.Height() - 2, crossColour);
+    // In pieces: from 64 rows on the engine shares the work out among threads that it has to wake.
+    constexpr int piece = 32;
+    for (int top = area.top + 1; top < area.bottom - 1; top += piece)
+        painter.fillRect(
+            x - half, top, crossWidth, std::min(piece, area.bottom - 1 - top), crossColour);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.fillRect(x - 2, y - 2, 4, 4, Qt::white);
 }
@@ -187,7 +214,7 @@ QImage CSTip::Shown(const QRect& area, qreal ratio) const
 
 QPoint CSTip::Cursor() const
 {
-    return parentWidget()->mapFromGlobal(QCursor::pos());
+    return m_pointer ? *m_pointer : parentWidget()->mapFromGlobal(QCursor::pos());
 }
 
 QColor CSTip::PixelAt(const QPoint& point) const

@@ -2,8 +2,11 @@
 
 #include "capture/CaptureRect.h"
 
+#include <QFont>
 #include <QImage>
 #include <QWidget>
+
+#include <optional>
 
 class CaptureOwner;
 
@@ -12,7 +15,8 @@ class CaptureOwner;
 /// jumps to the other one when the pointer reaches it.
 ///
 /// It shows what holds at the moment of its painting: whoever moves the pointer or the selection
-/// calls `update` or `repaint`. Mouse events on it do not reach the widget below.
+/// calls `update` or `repaint`, or `Compose` where it is painted later, together with more. Mouse
+/// events on it do not reach the widget below.
 class CSTip : public QWidget {
     Q_OBJECT
 
@@ -30,6 +34,13 @@ public:
     /// Whether it is to stand in the left corner, as it does at the start.
     [[nodiscard]] bool On() const { return m_left; }
 
+    /// Where the pointer is, in the coordinates of the dialog, so that it need not be asked for:
+    /// that is a round trip to the window system. Asked for at each painting until the first call.
+    void PointerAt(const QPoint& point) { m_pointer = point; }
+
+    /// Paints it into memory. The next paint event brings that to the screen as it is.
+    void Compose();
+
     /// Paints all of it. `client` is its rectangle in the coordinates of `painter`, which has to
     /// paint on an image: the crosshair is a bitwise operation.
     virtual void DrawTip(QPainter& painter, const CaptureRect& client);
@@ -41,7 +52,8 @@ protected:
 private:
     /// The pointer in the coordinates of the dialog.
     [[nodiscard]] QPoint Cursor() const;
-    void DrawTitle(QPainter& painter, const CaptureRect& bar) const;
+    /// What never changes: ground, frame and the title's shades, at that place in `client`.
+    void DrawGround(QPainter& painter, const CaptureRect& client, const CaptureRect& title);
     void DrawInformation(QPainter& painter, const CaptureRect& bar) const;
     void DrawMagnifier(QPainter& painter, const CaptureRect& area) const;
     /// What the screen shows of the dialog there, its children included; black outside.
@@ -52,5 +64,10 @@ private:
     bool m_left = true;
     QString m_title;
     CaptureOwner* m_owner;
+    QFont m_font;
+    std::optional<QPoint> m_pointer;
+    QImage m_ground; ///< As `DrawGround` left it.
     QImage m_painted; ///< What it shows itself since its last painting.
+    QImage m_memory; ///< The one before, to be painted on next.
+    bool m_isComposed = false; ///< And not yet on the screen.
 };

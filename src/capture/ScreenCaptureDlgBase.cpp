@@ -196,6 +196,12 @@ QRegion ScreenCaptureDlgBase::Changed(const Shown& from, const Shown& to) const
 
 void ScreenCaptureDlgBase::RepaintCaptureArea()
 {
+    if (const QRegion region = TakeStale(); !region.isEmpty())
+        repaint(region);
+}
+
+QRegion ScreenCaptureDlgBase::TakeStale()
+{
     const Shown now = ShownNow();
     QRegion region = (m_stale + Changed(m_shown, now)) & rect();
     m_shown = now;
@@ -205,8 +211,7 @@ void ScreenCaptureDlgBase::RepaintCaptureArea()
         if (child)
             region -= child->geometry();
     }
-    if (!region.isEmpty())
-        repaint(region);
+    return region;
 }
 
 void ScreenCaptureDlgBase::PaintScene(QPainter& painter, const QRect& area) const
@@ -347,15 +352,22 @@ void ScreenCaptureDlgBase::mouseDoubleClickEvent(QMouseEvent* event)
 void ScreenCaptureDlgBase::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint point = event->position().toPoint();
+    m_tip->PointerAt(point);
     if (m_tip->geometry().contains(point))
         m_tip->Swap();
-    m_tip->repaint();
-    if (!m_dragging)
+    if (!m_dragging) {
+        m_tip->repaint();
         return;
+    }
+    // Its picture is that of before the move. It goes to the screen with what the move changes, as
+    // each way there costs the window system the same.
+    const bool isTipSeen = m_tip->isVisible();
+    if (isTipSeen)
+        m_tip->Compose();
     // Kept: the press makes a rectangle at its point and the first move one that begins behind it,
     // so a drag of exactly that distance leaves an empty one.
     m_tracker.rect = {m_anchor.x() + startSize, m_anchor.y() + startSize, point.x(), point.y()};
-    RepaintCaptureArea();
+    repaint(TakeStale() + (isTipSeen ? m_tip->geometry() : QRect()));
 }
 
 void ScreenCaptureDlgBase::OnLButtonDown(const QPoint& point)

@@ -86,6 +86,9 @@ private:
 
     Shown ShownNow() const;
     QRegion Changed(const Shown& from, const Shown& to) const;
+    /// Where the window does not show what holds now, tip and toolbar excepted; counted as
+    /// repainted.
+    QRegion TakeStale();
     /// Paints the scene. `clip`, to which the painter is clipped, lies within the screen.
     void PaintClipped(QPainter& painter, const QRect& clip) const;
     void OnLButtonDown(const QPoint& point);
