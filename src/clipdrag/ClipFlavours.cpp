@@ -16,6 +16,7 @@ namespace clipdrag {
 namespace {
 
 constexpr QLatin1StringView kTextHtml("text/html");
+constexpr QLatin1StringView kUriList("text/uri-list");
 
 bool canBePath(const QString& path)
 {
@@ -105,6 +106,12 @@ bool HtmlFragment(const QMimeData& data, std::string& fragment)
     return true;
 }
 
+bool HasTooManyFiles(const QMimeData& data)
+{
+    // Before any address is taken apart: that alone takes seconds for a million.
+    return data.hasFormat(kUriList) && data.data(kUriList).count('\n') > kMostFiles;
+}
+
 bool HasFiles(const QMimeData& data)
 {
     return !Files(data).empty();
@@ -113,6 +120,8 @@ bool HasFiles(const QMimeData& data)
 std::vector<QString> Files(const QMimeData& data)
 {
     std::vector<QString> paths;
+    if (HasTooManyFiles(data))
+        return paths;
     const QList<QUrl> urls = data.urls();
     for (const QUrl& url : urls) {
         const QString path = localPath(url);

@@ -42,11 +42,19 @@ bool HasHtml(const QMimeData& data);
 /// it may be any HTML, or none. True if `fragment` was assigned; otherwise it is as it was.
 bool HtmlFragment(const QMimeData& data, std::string& fragment);
 
+/// The most addresses of one list. A longer one is no choice that a person made: each file that
+/// comes in takes some milliseconds, and the engine's own look at a list grows with its square.
+inline constexpr qsizetype kMostFiles = 1000;
+
+/// Whether there is a list of more than `kMostFiles` lines. To be refused whole, and not shown to
+/// the engine.
+bool HasTooManyFiles(const QMimeData& data);
+
 /// Whether there is at least one local `file:` address.
 bool HasFiles(const QMimeData& data);
 
 /// The paths of the local `file:` addresses, in their order (RFC 8089: without a host, or with that
-/// of this machine). Whether there are such files is not asked.
+/// of this machine). Whether there are such files is not asked. None of a list that is too long.
 std::vector<QString> Files(const QMimeData& data);
 
 } // namespace clipdrag

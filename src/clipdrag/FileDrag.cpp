@@ -3,6 +3,7 @@
 #include "attachfiles/Adder.h"
 #include "bridge/NotePage.h"
 #include "bridge/OpenNote.h"
+#include "clipdrag/ClipFlavours.h"
 #include "clipdrag/DroppedFiles.h"
 #include "platform/BrowserNotify.h"
 #include "platform/HoverFrame.h"
@@ -63,12 +64,12 @@ DRAGE_OP_TYPE FileDrag::PreDrag(const QMimeData& data)
     return files.empty() ? DRAGE_OP_DEFAULT : DRAGE_OP_FILE;
 }
 
-long FileDrag::refuse(DropTarget* base)
+long FileDrag::refuse(DropTarget* base, DragFate fate)
 {
     m_isRefused = true;
     // What is dragged out of the page itself only passes by.
     if (m_dropHelper && originOf(base) != DragOrigin::ThisBrowser)
-        m_dropHelper->DragEnter(m_page.window(), DragFate::ReadOnly);
+        m_dropHelper->DragEnter(m_page.window(), fate);
     return S_FALSE;
 }
 
@@ -85,7 +86,11 @@ long FileDrag::OnDragEnter(
     endRefusal();
     // Kept: the kind and the files of the last drag stay, and the events that follow act on them.
     if (m_note.m_readOnly)
-        return refuse(base);
+        return refuse(base, DragFate::ReadOnly);
+    if (clipdrag::HasTooManyFiles(*data)) {
+        m_state = {DRAGE_OP_DEFAULT, {}};
+        return refuse(base, DragFate::Refused);
+    }
     if (originOf(base) == DragOrigin::ThisBrowser) {
         // The engine puts addresses of files on what it drags itself.
         m_state = {DRAGE_OP_DEFAULT, {}};

@@ -53,7 +53,7 @@ private:
     DropTargetHelper* helper() const;
     int takenAs(int offered) const;
     DragFate fateOf(int effect) const;
-    long refuse(DropTarget* base);
+    long refuse(DropTarget* base, DragFate fate);
     void endRefusal();
     void addFiles(Adder& adder, const std::vector<DropFileInfo>& files);
     void addFilesSoon(Adder& adder);

@@ -95,6 +95,10 @@ long Paste::DoCtrlV()
     const QMimeData* const data = board ? board->mimeData() : nullptr;
     if (m_note.m_readOnly || !data)
         return E_NOTIMPL;
+    if (clipdrag::HasTooManyFiles(*data)) {
+        m_boxes.show(QStringLiteral("一次最多添加1000个文件！"));
+        return S_OK;
+    }
     // Kept: files and an image come before HTML, so what an office program copies with a picture of
     // itself is pasted as that picture.
     if (clipdrag::HasFileList(*data) || clipdrag::HasImage(*data))

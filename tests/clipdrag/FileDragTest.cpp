@@ -137,6 +137,25 @@ TEST_F(Drag, OfFilesNeverReachesTheBrowser)
             {QStringLiteral("enter taken"), QStringLiteral("over taken"), QStringLiteral("drop")}));
 }
 
+TEST_F(Drag, OfTooManyFilesIsRefusedThroughoutAndNotShownToTheBrowser)
+{
+    offerFile();
+    enter();
+    leave();
+    helper.shown.clear();
+    const QByteArray line = QUrl::fromLocalFile(file(QStringLiteral("b.txt"))).toEncoded() + "\r\n";
+    data.setData(QStringLiteral("text/uri-list"), line.repeated(1001));
+    EXPECT_EQ(enter(), S_FALSE);
+    EXPECT_EQ(helper.shown, QStringList{QStringLiteral("enter refused")});
+    drop();
+    EXPECT_TRUE(added().isEmpty());
+    EXPECT_TRUE(state.m_dropFileList.empty());
+    EXPECT_FALSE(browser.events.contains(QStringLiteral("enter")));
+    data.clear();
+    offerFile();
+    EXPECT_EQ(enter(), S_OK);
+}
+
 TEST_F(Drag, ThatLeavesKeepsItsListUntilTheNextEnters)
 {
     offerFile();

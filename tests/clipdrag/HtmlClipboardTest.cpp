@@ -273,6 +273,18 @@ TEST(ClipFlavours, AnAddressMayNameThisMachineButNoOther)
     EXPECT_EQ(filesOf("file://elsewhere.example/tmp/a\r\n"), Paths{});
 }
 
+TEST(ClipFlavours, AListOfMoreThanAThousandLinesIsNotTakenApart)
+{
+    QMimeData data;
+    for (const auto& [lines, tooMany] : {std::pair(1000, false), std::pair(1001, true)}) {
+        data.setData(
+            QStringLiteral("text/uri-list"), QByteArray("file:///tmp/a\r\n").repeated(lines));
+        EXPECT_EQ(clipdrag::HasTooManyFiles(data), tooMany);
+        EXPECT_EQ(clipdrag::Files(data).size(), tooMany ? 0u : 1000u);
+    }
+    EXPECT_FALSE(clipdrag::HasTooManyFiles(QMimeData()));
+}
+
 TEST(ClipFlavours, AnAddressWithAnEscapedZeroIsNoFile)
 {
     EXPECT_EQ(filesOf("file:///etc/secret%00.txt\r\n"), Paths{});

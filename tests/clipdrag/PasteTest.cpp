@@ -96,6 +96,17 @@ TEST_F(DoCtrlV, FilesEnterTheNoteAndTheBrowserDoesNothing)
     EXPECT_EQ(added(), QStringList({QStringLiteral("b.txt"), QStringLiteral("c.pdf")}));
 }
 
+TEST_F(DoCtrlV, AListOfTooManyFilesIsToldAndUsedUp)
+{
+    auto data = std::make_unique<QMimeData>();
+    const QByteArray line = QUrl::fromLocalFile(file(QStringLiteral("b.txt"))).toEncoded() + "\r\n";
+    data->setData(QStringLiteral("text/uri-list"), line.repeated(1001));
+    board::put(std::move(data));
+    EXPECT_EQ(paste.DoCtrlV(), S_OK);
+    EXPECT_EQ(boxes.texts, QStringList{QStringLiteral("一次最多添加1000个文件！")});
+    EXPECT_TRUE(page.order.isEmpty());
+}
+
 TEST_F(DoCtrlV, ABitmapBesideHtmlIsPastedAndTheHtmlIgnored)
 {
     auto data = board::html(QStringLiteral("text") + page.html);

@@ -192,7 +192,8 @@ export function listenToAttachments(editor: Editor): void {
             );
         });
         doc.addEventListener("input", (event) => {
-            if ((event as InputEvent).inputType.startsWith("history")) reapplyUpdates(editor);
+            // A checkbox in a note tells of its change by an event without that field.
+            if ((event as InputEvent).inputType?.startsWith("history")) reapplyUpdates(editor);
         });
     });
 }
