@@ -12,6 +12,8 @@
 #include <QWebEngineProfile>
 #include <QWindow>
 
+#include <algorithm>
+
 #ifdef Q_OS_UNIX
 #include <csignal>
 #endif
@@ -21,6 +23,7 @@ namespace {
 /// A page whose process dies this often within a minute is given up.
 constexpr int maxDeaths = 5;
 constexpr int reloadMs = 3000;
+constexpr int unheardMs = 500; ///< A page that is loaded has said so long before.
 constexpr int exposureWaitMs = 300;
 constexpr int deathWindowMs = 60000;
 
@@ -74,6 +77,7 @@ void IEWebBrowser::Private::close()
 void IEWebBrowser::Private::setState(State next)
 {
     state = next;
+    m_isUnheard = false;
     if (next == State::Lost) {
         m_lost.emplace(queue);
     } else {
@@ -144,6 +148,10 @@ void IEWebBrowser::Private::load()
 {
     if (!view)
         return;
+    // Now and then the engine does not give a new process the injected script, and never makes up
+    // for it: the page stands there and cannot say so.
+    if (std::exchange(m_isUnheard, false))
+        channel->inject(settings());
     page->load(url);
     // A load can be lost with the process that had just taken it on.
     if (state == State::Lost)
@@ -177,6 +185,12 @@ bool IEWebBrowser::Private::mayNavigate(const QUrl& target)
 
 void IEWebBrowser::Private::onLoadFinished(bool ok)
 {
+    if (state == State::Lost && ok) {
+        // Unless the page says so itself in time, the next load is another way in.
+        m_isUnheard = true;
+        const int left = m_reload.remainingTime();
+        m_reload.start(left < 0 ? unheardMs : std::min(unheardMs, left));
+    }
     if (state != State::Loading)
         return;
     if (!ok) {
