@@ -20,10 +20,14 @@
 #include "support/TimeText.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMimeData>
 
 namespace {
+
+/// A program that lives tells in far less than this what it has on the clipboard.
+constexpr qint64 answerMs = 2000;
 
 /// In bytes; 0 for what is no file.
 quint64 sizeOf(const QString& path)
@@ -95,6 +99,11 @@ long Paste::DoCtrlV()
     const QMimeData* const data = board ? board->mimeData() : nullptr;
     if (m_note.m_readOnly || !data)
         return E_NOTIMPL;
+    // Each look at a clipboard whose owner hangs lasts some seconds: it is the only one.
+    QElapsedTimer look;
+    look.start();
+    if (data->formats().isEmpty() && look.hasExpired(answerMs))
+        return S_OK;
     if (clipdrag::HasTooManyFiles(*data)) {
         m_boxes.show(QStringLiteral("一次最多添加1000个文件！"));
         return S_OK;

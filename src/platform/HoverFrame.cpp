@@ -56,8 +56,21 @@ public:
 protected:
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::Resize)
+        switch (event->type()) {
+        case QEvent::Resize:
             cover();
+            break;
+        // While something is dragged the mouse belongs to the drag: its source has gone without a
+        // word, as a program that dies does.
+        case QEvent::MouseMove:
+        case QEvent::MouseButtonPress:
+        case QEvent::Wheel:
+            hide();
+            deleteLater();
+            break;
+        default:
+            break;
+        }
         return false;
     }
 

@@ -88,5 +88,5 @@ private:
     QElapsedTimer m_sinceDeath;
     bool m_startWaits = false;
     QTimer m_reload; ///< The next load of a page that is lost.
-    bool m_isUnheard = false; ///< A lost page was loaded and has not said that it is ready.
+    int m_unheardLoads = 0; ///< Of a lost page that has not said that it is ready.
 };

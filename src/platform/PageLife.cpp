@@ -12,8 +12,6 @@
 #include <QWebEngineProfile>
 #include <QWindow>
 
-#include <algorithm>
-
 #ifdef Q_OS_UNIX
 #include <csignal>
 #endif
@@ -77,7 +75,7 @@ void IEWebBrowser::Private::close()
 void IEWebBrowser::Private::setState(State next)
 {
     state = next;
-    m_isUnheard = false;
+    m_unheardLoads = 0;
     if (next == State::Lost) {
         m_lost.emplace(queue);
     } else {
@@ -150,7 +148,7 @@ void IEWebBrowser::Private::load()
         return;
     // Now and then the engine does not give a new process the injected script, and never makes up
     // for it: the page stands there and cannot say so.
-    if (std::exchange(m_isUnheard, false))
+    if (m_unheardLoads > 0)
         channel->inject(settings());
     page->load(url);
     // A load can be lost with the process that had just taken it on.
@@ -186,10 +184,9 @@ bool IEWebBrowser::Private::mayNavigate(const QUrl& target)
 void IEWebBrowser::Private::onLoadFinished(bool ok)
 {
     if (state == State::Lost && ok) {
-        // Unless the page says so itself in time, the next load is another way in.
-        m_isUnheard = true;
-        const int left = m_reload.remainingTime();
-        m_reload.start(left < 0 ? unheardMs : std::min(unheardMs, left));
+        // Unless the page says so itself in time, it is loaded again; where that was in vain, the
+        // machine is given longer.
+        m_reload.start(m_unheardLoads++ == 0 ? unheardMs : reloadMs);
     }
     if (state != State::Loading)
         return;

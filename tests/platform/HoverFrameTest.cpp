@@ -1,6 +1,8 @@
 #include "platform/HoverFrame.h"
 
+#include <QCoreApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -70,6 +72,21 @@ TEST_F(Hover, GoesWithTheDrag)
     EXPECT_FALSE(frame());
     helper.DragOver(DragFate::Taken);
     EXPECT_FALSE(frame());
+}
+
+TEST_F(Hover, GoesWhenTheMouseMovesWithoutADrag)
+{
+    browser.setMouseTracking(true);
+    helper.DragEnter(&browser, DragFate::Taken);
+    ASSERT_TRUE(frame());
+    QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), browser.mapToGlobal(QPointF(5, 5)),
+        Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&browser, &move);
+    EXPECT_FALSE(frame()->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(frame());
+    helper.DragOver(DragFate::Taken);
+    helper.DragLeave();
 }
 
 TEST_F(Hover, WithoutAWindowShowsNothing)
