@@ -267,3 +267,26 @@ TEST(CLog4C, WriteQueuedBringsTheLinesToTheFileAtOnce)
     SingletonTemplate<CLog4C>::GetInstance()->WriteLog(kSecond);
     EXPECT_EQ(lines.take(), (QStringList{kFirst, kSecond}));
 }
+
+TEST(CLog4C, ManyThreadsMayWriteAndFlushAtOnceBesideItsOwn)
+{
+    LoggedLines lines;
+    constexpr int writers = 4;
+    constexpr int linesOfEach = 500;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < writers; ++i) {
+        threads.emplace_back([] {
+            for (int line = 0; line < linesOfEach; ++line)
+                SingletonTemplate<CLog4C>::GetInstance()->WriteLog(kFirst);
+        });
+        threads.emplace_back([] {
+            for (int flush = 0; flush < 20; ++flush)
+                CLog4C::WriteQueued();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const QStringList all = lines.take();
+    EXPECT_EQ(all.size(), writers * linesOfEach);
+    EXPECT_EQ(all.count(kFirst), all.size());
+}
