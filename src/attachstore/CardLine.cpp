@@ -1,5 +1,7 @@
 #include "attachstore/CardLine.h"
 
+#include "support/CellFont.h"
+
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -14,17 +16,13 @@ namespace {
 constexpr int kCellHeight = 12;
 constexpr qsizetype kLongest = 4096;
 
-// The regular cut of `face` whose ascent and descent, unrounded, come nearest to the cell's height.
+// The regular cut of `face` at the cell's height.
 QFont fontOfCell(const QFont& face)
 {
     QFont font(face.families());
     font.setStyleStrategy(QFont::NoSubpixelAntialias); // a card is shown on more than one screen
     font.setHintingPreference(QFont::PreferVerticalHinting);
-    constexpr int large = 1000;
-    font.setPixelSize(large);
-    const QFontMetricsF metrics(font);
-    const qreal cell = (metrics.ascent() + metrics.descent()) / large;
-    font.setPixelSize(cell > 0 ? std::max(1, qRound(kCellHeight / cell)) : kCellHeight);
+    SetCellHeight(font, kCellHeight);
     return font;
 }
 

@@ -1,6 +1,7 @@
 #include "capture/CSTip.h"
 
 #include "capture/CaptureOwner.h"
+#include "support/CellFont.h"
 
 #include <QFontDatabase>
 #include <QMouseEvent>
@@ -30,15 +31,11 @@ constexpr QColor pixelTextColour(250, 250, 250);
 constexpr QColor sizeTextColour(255, 255, 132);
 constexpr QColor crossColour(250, 0, 0);
 
-/// The desktop's face at the size at which ascent and descent come nearest to the cell's height.
+/// The desktop's face.
 QFont tipFont()
 {
     QFont font(QFontDatabase::systemFont(QFontDatabase::GeneralFont).families());
-    constexpr int large = 1000;
-    font.setPixelSize(large);
-    const QFontMetricsF metrics(font);
-    const qreal cell = (metrics.ascent() + metrics.descent()) / large;
-    font.setPixelSize(cell > 0 ? std::max(1, qRound(cellHeight / cell)) : cellHeight);
+    SetCellHeight(font, cellHeight);
     return font;
 }
 

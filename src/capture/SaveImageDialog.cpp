@@ -1,10 +1,8 @@
 #include "capture/SaveImageDialog.h"
 
-#include "platform/DialogParent.h"
+#include "platform/FileDialog.h"
 
-#include <QDir>
 #include <QFileDialog>
-#include <QPointer>
 
 namespace {
 
@@ -35,20 +33,16 @@ QStringList NameFiltersOf(const QString& pairs)
 
 bool DesktopSaveImageDialog::choose(QString& path)
 {
-    // Over the capture, which is topmost: a dialog without a parent would open below it.
-    const QPointer<QFileDialog> dialog = new QFileDialog(DialogParent(), title);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilters(NameFiltersOf(filterPairs));
-    dialog->setDefaultSuffix(defaultExtension);
-    dialog->selectFile(suggestedName);
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    // The window that it stands over takes it along when it goes.
-    if (!dialog)
+    QStringList chosen;
+    const auto prepare = [](QFileDialog& dialog) {
+        dialog.setWindowTitle(title);
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setNameFilters(NameFiltersOf(filterPairs));
+        dialog.setDefaultSuffix(defaultExtension);
+        dialog.selectFile(suggestedName);
+    };
+    if (!RunFileDialog(prepare, chosen))
         return false;
-    const QStringList chosen = dialog->selectedFiles();
-    delete dialog.data();
-    if (!accepted || chosen.isEmpty())
-        return false;
-    path = QDir::toNativeSeparators(chosen.first());
+    path = chosen.first();
     return true;
 }

@@ -11,6 +11,8 @@
 #include "support/Log.h"
 #include "support/TimeText.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPointer>
 
 namespace {
@@ -42,16 +44,8 @@ std::optional<QString> noteFile(const SyncFileModifyArg& arg)
 /// An extension comes from a file's name, which may hold anything but a slash.
 QString insideJson(const QString& text)
 {
-    QString escaped;
-    for (const QChar unit : text) {
-        if (unit == u'"' || unit == u'\\')
-            escaped += u'\\';
-        if (unit < u' ')
-            escaped += QStringLiteral("\\u%1").arg(int(unit.unicode()), 4, 16, QChar(u'0'));
-        else
-            escaped += unit;
-    }
-    return escaped;
+    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array).sliced(2).chopped(2); // without brackets and quotes
 }
 
 } // namespace

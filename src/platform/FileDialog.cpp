@@ -8,13 +8,11 @@
 
 FileDialog::~FileDialog() = default;
 
-bool DesktopFileDialog::choose(QStringList& paths)
+bool RunFileDialog(const std::function<void(QFileDialog&)>& prepare, QStringList& paths)
 {
-    // Qt's dialogs, and those it borrows from the desktop, leave the working directory of the
-    // process alone: there is nothing to save and put back.
+    // Over the active one, which may be topmost: a dialog without a parent would open below it.
     const QPointer<QFileDialog> dialog = new QFileDialog(DialogParent());
-    dialog->setAcceptMode(QFileDialog::AcceptOpen);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
+    prepare(*dialog);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     // The window that it stands over takes it along when it goes.
     if (!dialog)
@@ -24,4 +22,16 @@ bool DesktopFileDialog::choose(QStringList& paths)
         paths.append(QDir::toNativeSeparators(path));
     delete dialog.data();
     return accepted && !paths.isEmpty();
+}
+
+bool DesktopFileDialog::choose(QStringList& paths)
+{
+    // Qt's dialogs, and those it borrows from the desktop, leave the working directory of the
+    // process alone: there is nothing to save and put back.
+    return RunFileDialog(
+        [](QFileDialog& dialog) {
+            dialog.setAcceptMode(QFileDialog::AcceptOpen);
+            dialog.setFileMode(QFileDialog::ExistingFiles);
+        },
+        paths);
 }

@@ -2,6 +2,16 @@
 
 #include <QStringList>
 
+#include <functional>
+
+class QFileDialog;
+
+/// Runs a file dialog over the active modal widget, after `prepare` has set it up. `paths` receives
+/// what was chosen, with native separators. False if the user did not accept or chose nothing.
+/// `paths` stays as it was if the dialog went with the window that it stood over; meanwhile
+/// anything may happen, as with a message box.
+bool RunFileDialog(const std::function<void(QFileDialog&)>& prepare, QStringList& paths);
+
 /// The dialog in which a user chooses files: the desktop's, or the choice of a test.
 class FileDialog {
 public:
