@@ -104,12 +104,12 @@ export class Content {
     reply(): string {
         const revision = this.currentRevision();
         if (this.answered?.revision !== revision) {
-            // Joined once: of a large note each copy takes its time.
+            // Joined once: a copy of a large text takes its time, and the collector's soon after.
             const json = [
                 '{"result":true,"errmsg":"","ehtml":"',
                 ...this.htmlParts(),
                 '","etext":"',
-                this.escapedText(),
+                ...this.textParts(),
                 '"}',
             ].join("");
             this.answered = { revision, json };
@@ -126,10 +126,11 @@ export class Content {
         return [escaped(this.stored)];
     }
 
-    private escapedText(): string {
+    /** The parts of the plain text, likewise. */
+    private textParts(): string[] {
         if (this.revision > 0 || this.faithful) return this.pieces.text();
         // As the engine reads the stored text, where nothing of it is loaded or run.
-        return escaped(plainText(new DOMParser().parseFromString(this.stored, "text/html").body));
+        return [escaped(plainText(new DOMParser().parseFromString(this.stored, "text/html").body))];
     }
 
     private note(records: MutationRecord[]): void {

@@ -48,8 +48,8 @@ export class Pieces {
         });
     }
 
-    /** The plain text as it stands inside a JSON text, without the quotes. */
-    text(): string {
+    /** The parts of the plain text as they stand inside a JSON text, without the quotes. */
+    text(): string[] {
         const found: Lines[] = [];
         for (const piece of this.all()) {
             if (piece.lines === undefined) piece.lines = readLines(piece.nodes);
@@ -122,9 +122,9 @@ function readLines(nodes: Node[]): Lines | null {
     return found.length > 0 ? { text, escaped: escaped(text) } : null;
 }
 
-/** Joined, without the line breaks at either end; empty when nobody could read anything in them. */
-function joinLines(found: Lines[]): string {
-    if (found.every(({ text }) => isBlank(text))) return "";
+/** To be joined, without the line breaks at either end; none when nobody could read anything in them. */
+function joinLines(found: Lines[]): string[] {
+    if (found.every(({ text }) => isBlank(text))) return [];
     const hasText = ({ text }: Lines) => /[^\n]/.test(text);
     const first = found.findIndex(hasText);
     let last = found.length - 1;
@@ -132,10 +132,10 @@ function joinLines(found: Lines[]): string {
     const parts = found.slice(first, last + 1).map((lines) => lines.escaped);
     // Each end anew: a line break and a backslash with an n behind it look alike when escaped.
     const trimmedStart = found[first]!.text.replace(/^\n+/, "");
-    if (first === last) return escaped(trimmedStart.replace(/\n+$/, ""));
+    if (first === last) return [escaped(trimmedStart.replace(/\n+$/, ""))];
     parts[0] = escaped(trimmedStart);
     parts[parts.length - 1] = escaped(found[last]!.text.replace(/\n+$/, ""));
-    return parts.join("\\n");
+    return parts.flatMap((part, at) => (at === 0 ? [part] : ["\\n", part]));
 }
 
 /** Escapes that JSON has for a lone surrogate or NUL alone, or for a backslash before such letters. */
