@@ -21,7 +21,7 @@ Adder::Adder(OpenNote& note, PageBridge& bridge, Boxes& boxes, ImportProgress& p
 
 SameNote Adder::sameNote() const
 {
-    return SameNote(m_note, m_life);
+    return m_bridge.sameNote();
 }
 
 void Adder::AddDropFileToEditor(const std::vector<DropFileInfo>& files)

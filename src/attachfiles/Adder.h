@@ -1,11 +1,10 @@
 #pragma once
 
-#include "attachfiles/SameNote.h"
 #include "attachstore/DropFileInfo.h"
 #include "attachstore/MafResult.h"
 #include "bridge/OpenNote.h"
+#include "bridge/SameNote.h"
 
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -61,5 +60,4 @@ private:
     PageBridge& m_bridge;
     Boxes& m_boxes;
     ImportProgress& m_progress;
-    std::shared_ptr<const void> m_life = std::make_shared<char>();
 };

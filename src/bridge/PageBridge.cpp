@@ -7,7 +7,7 @@
 #include "support/Log.h"
 #include "support/Text.h"
 
-#include <QScopedValueRollback>
+#include <utility>
 
 namespace {
 
@@ -23,6 +23,22 @@ QString withMessage(const QString& format, const QString& message)
     return line.replace(QLatin1StringView("%s"), message);
 }
 
+/// The narrow form of `text` as a wide placeholder reads it: its bytes two by two, the low one
+/// first, up to a zero unit.
+QString readAsWide(const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    QString units;
+    for (qsizetype i = 0; i < bytes.size(); i += 2) {
+        const auto low = uchar(bytes[i]);
+        const auto high = i + 1 < bytes.size() ? uchar(bytes[i + 1]) : uchar(0);
+        if (low == 0 && high == 0)
+            break;
+        units.append(QChar(ushort(low | high << 8)));
+    }
+    return units;
+}
+
 QString modeArgument(int readOnly)
 {
     return readOnly ? QStringLiteral("{\"readonly\":true }")
@@ -34,7 +50,9 @@ QString limitArgument(int size)
     return QStringLiteral("{\"size\":%1 }").arg(size);
 }
 
-/// A pull that is cut is sent this often.
+/// A call that is cut by the death of the page is sent this often at most.
+constexpr int maxCalls = 2;
+/// A pull rather more: without it a save has only the draft.
 constexpr int maxPulls = 3;
 
 } // namespace
@@ -45,16 +63,41 @@ PageBridge::PageBridge(OpenNote& note, NotePage& page)
 {
 }
 
+SameNote PageBridge::sameNote() const
+{
+    return SameNote(m_note, m_life);
+}
+
+std::function<bool()> PageBridge::whileSameNote() const
+{
+    return [same = sameNote()] { return bool(same); };
+}
+
+long PageBridge::send(
+    int most, const std::function<bool()>& isWanted, const std::function<long()>& call)
+{
+    const std::weak_ptr<const void> life = m_life;
+    for (int i = 0; i < most; ++i) {
+        // Waited for here, as the call itself would do it without looking behind the wait.
+        const bool back = m_page.waitUntilBack();
+        if (!back || life.expired() || !isWanted())
+            return PAGE_CALL_NOT_BACK;
+        const long code = call();
+        if (life.expired())
+            return PAGE_CALL_NOT_BACK;
+        // A page that died under the call comes back in the state before it.
+        if (code != PAGE_CALL_LOST)
+            return code;
+    }
+    return PAGE_CALL_NOT_BACK;
+}
+
 bool PageBridge::perform(const QString& method, const QString& argument, const Messages& messages,
-    const std::function<void(const JsonObject&)>& onSuccess)
+    const std::function<void(const JsonObject&)>& onSuccess, const std::function<bool()>& isWanted)
 {
     QString reply;
-    const quint64 load = m_note.m_loads;
-    long code = m_page.call(method, argument, reply);
-    // The page died under this call. It comes back in the state before it: the call goes again,
-    // unless the host has opened another text meanwhile, which it is not meant for.
-    if (code == PAGE_CALL_LOST && m_note.m_loads == load)
-        code = m_page.call(method, argument, reply);
+    const auto call = [&] { return m_page.call(method, argument, reply); };
+    const long code = send(maxCalls, isWanted ? isWanted : whileSameNote(), call);
     return evaluate(code, reply, messages, onSuccess);
 }
 
@@ -71,7 +114,9 @@ bool PageBridge::evaluate(long code, const QString& reply, const Messages& messa
         return false;
     }
     if (!value->boolean("result")) {
-        log(withMessage(messages.refused, value->text("errmsg")));
+        const QString reason = value->text("errmsg");
+        log(withMessage(
+            messages.refused, messages.readsReasonAsWide ? readAsWide(reason) : reason));
         return false;
     }
     if (onSuccess)
@@ -81,22 +126,35 @@ bool PageBridge::evaluate(long code, const QString& reply, const Messages& messa
 
 void PageBridge::SetReadOnly(int readOnly)
 {
-    if (readOnly == m_note.m_readOnly)
+    // A call in flight counts: while it waits, the host may ask for another mode.
+    if (readOnly == m_modeInFlight.value_or(m_note.m_readOnly))
         return;
-    perform(QStringLiteral("SetEditorMode"), modeArgument(readOnly),
+    const std::weak_ptr<const void> life = m_life;
+    m_modeInFlight = readOnly;
+    const auto isLatest = [this, turn = ++m_modeCalls] { return turn == m_modeCalls; };
+    perform(
+        QStringLiteral("SetEditorMode"), modeArgument(readOnly),
         {QStringLiteral("设置笔记编辑器只读模式失败，错误信息：%s"),
             QStringLiteral("设置笔记编辑器只读模式，解析js返回json字符串失败！"),
             QStringLiteral("设置笔记编辑器只读模式，js方法调用失败！，ErrMsg:unknow error ！")},
-        [&](const JsonObject&) { m_note.m_readOnly = readOnly; });
+        [&](const JsonObject&) {
+            if (isLatest())
+                m_note.m_readOnly = readOnly;
+        },
+        isLatest);
+    if (!life.expired() && isLatest())
+        m_modeInFlight.reset();
 }
 
 void PageBridge::SetEditorMaxChars(int size)
 {
-    perform(QStringLiteral("SetEditorMaxChars"), limitArgument(size),
+    perform(
+        QStringLiteral("SetEditorMaxChars"), limitArgument(size),
         {QStringLiteral("设置笔记编辑器最大字符数失败，错误信息：%s"),
             QStringLiteral("设置笔记编辑器最大字符数，解析js返回json字符串失败！"),
             QStringLiteral("设置笔记编辑器最大字符数，js方法调用失败！，ErrMsg:unknow error ！")},
-        [&](const JsonObject&) { m_note.m_maxChars = size; });
+        [&](const JsonObject&) { m_note.m_maxChars = size; },
+        [] { return true; }); // It holds for every note.
 }
 
 void PageBridge::SetEditorHtml(const QString& html)
@@ -107,43 +165,31 @@ void PageBridge::SetEditorHtml(const QString& html)
     ++m_note.m_loads;
     // Posted, so that the page's cache is cleared after the new text is in.
     m_page.post(WM_CLEAR_EDITOR_CACHE);
-    const QScopedValueRollback sending(m_sendingText, true);
+    const std::weak_ptr<const void> life = m_life;
+    const bool wasSending = std::exchange(m_sendingText, true);
     perform(QStringLiteral("SetEditorContent"), html,
         {QStringLiteral("设置笔记编辑器内容失败，错误信息：%s"),
             QStringLiteral("设置笔记编辑器内容，解析js返回json字符串失败！"),
             QStringLiteral("设置笔记编辑器内容，js方法调用失败！，ErrMsg:unknow error ！")},
         [&](const JsonObject&) { ++m_textsSent; });
-}
-
-long PageBridge::pull(QString& reply, QString& draft)
-{
-    const quint64 load = m_note.m_loads;
-    draft = m_note.m_draft;
-    for (int i = 0; i < maxPulls; ++i) {
-        const bool back = m_page.waitUntilBack();
-        // While this waited, the host may have opened another note: its text is not the one asked
-        // for.
-        if (m_note.m_loads != load)
-            return PAGE_CALL_NOT_BACK;
-        draft = m_note.m_draft;
-        if (!back)
-            return PAGE_CALL_NOT_BACK;
-        const long code =
-            m_page.call(QStringLiteral("GetEditorContent"), QStringLiteral("{}"), reply);
-        if (code != PAGE_CALL_LOST)
-            return code;
-    }
-    return PAGE_CALL_NOT_BACK;
+    if (!life.expired())
+        m_sendingText = wasSending;
 }
 
 int PageBridge::GetEditorContent(QString& html, QString& text)
 {
+    const SameNote same = sameNote();
     const quint64 load = m_note.m_loads;
-    QString reply, draft;
-    const long code = pull(reply, draft);
+    QString reply;
+    QString draft = m_note.m_draft;
+    const long code = send(maxPulls, whileSameNote(), [&] {
+        draft = m_note.m_draft;
+        return m_page.call(QStringLiteral("GetEditorContent"), QStringLiteral("{}"), reply);
+    });
     if (code == PAGE_CALL_NOT_BACK) {
-        html = draft;
-        text = HtmlDocument(draft).bodyText();
+        // Of the note that was asked for, also where another one is open by now.
+        html = same ? m_note.m_draft : draft;
+        text = HtmlDocument(html).bodyText();
         return 1;
     }
     // The page answers the same text while nothing has changed: that need not be taken apart again.
@@ -198,7 +244,9 @@ int PageBridge::UpdateHtmlAttachAttr(
         {QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：%s"),
             QStringLiteral("[ERROR] 修改附件class属性值失败，解析js返回json字符串失败！"),
             QStringLiteral(
-                "[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")});
+                "[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！"),
+            // Kept: this line alone was always given the narrow text, and shows it so.
+            true});
     return 1;
 }
 
@@ -225,10 +273,8 @@ int PageBridge::RemoveAttach(const QString& fileName, const QString& origName)
     const QString argument = AnsiToWide(object.toStyledString());
     const QString kind = QStringLiteral("removeAttachment");
     QString reply;
-    long code = m_page.request(kind, argument, reply);
-    // As in perform: it comes back in the state before the call.
-    if (code == PAGE_CALL_LOST)
-        code = m_page.request(kind, argument, reply);
+    const long code =
+        send(maxCalls, whileSameNote(), [&] { return m_page.request(kind, argument, reply); });
     const bool done = evaluate(code, reply,
         {QStringLiteral("[ERROR] 从笔记编辑器删除附件失败，错误信息：%s"),
             QStringLiteral("[ERROR] 从笔记编辑器删除附件，解析js返回json字符串失败！"),
@@ -253,7 +299,11 @@ std::vector<std::pair<QString, QStringList>> PageBridge::restoringCalls()
 void PageBridge::takeDraft(const QString& json)
 {
     const std::optional<JsonObject> value = JsonObject::parse(json);
-    if (!value || m_sendingText || value->integer("load") != m_textsSent || !value->has("html"))
-        return;
-    m_note.m_draft = value->text("html");
+    if (value && isOfThisText(*value) && value->has("html"))
+        m_note.m_draft = value->text("html");
+}
+
+bool PageBridge::isOfThisText(const JsonObject& message) const
+{
+    return !m_sendingText && message.integer("load") == m_textsSent;
 }

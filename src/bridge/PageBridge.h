@@ -2,10 +2,13 @@
 
 #include "bridge/NotePage.h"
 #include "bridge/OpenNote.h"
+#include "bridge/SameNote.h"
 
 #include <QStringList>
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,10 +16,16 @@ class JsonObject;
 
 /// The calls to the page. A failed or refused call leaves the note's record as it was, writes its
 /// line to the log and raises nothing; the caller goes on.
+///
+/// A call runs the host's timers and queued calls while it waits. They may open another note: what
+/// has not gone to the page by then never goes to it, and counts as failed. They may end this
+/// object too, after which a call still returns.
 class PageBridge {
 public:
     /// Neither argument is owned.
     PageBridge(OpenNote& note, NotePage& page);
+    PageBridge(const PageBridge&) = delete;
+    PageBridge& operator=(const PageBridge&) = delete;
 
     /// Sets the page's mode, unless the page has it already.
     void SetReadOnly(int readOnly);
@@ -40,6 +49,9 @@ public:
     int AddPicToEditor(
         const QString& picPath, const QString& strData, const QString& exData, const QString& type);
 
+    /// The note as it stands, for an operation that waits.
+    SameNote sameNote() const;
+
     /// Takes every element of one attachment out of the text, as an edit that the page's undo takes
     /// back: `fileName` is its name in the store, `origName` its original one. 1 if there was one,
     /// else 0, as in a read-only note.
@@ -51,20 +63,32 @@ public:
     /// Takes the page's draft, a JSON text with `load` and `html`. One that belongs to an earlier
     /// text of the page is dropped.
     void takeDraft(const QString& json);
+    /// Whether the page's message, which tells its `load`, belongs to the text that the page was
+    /// given last.
+    bool isOfThisText(const JsonObject& message) const;
 
 private:
     /// The three log texts of a method; the first takes the page's message for "%s".
     struct Messages {
         QString refused, unparsable, failed;
+        bool readsReasonAsWide = false;
     };
+    /// The code of `call`, which is made again, `most` times in all, when the page died under it.
+    /// `PAGE_CALL_NOT_BACK` if the page did not come back, the call was not wanted any more when it
+    /// could go, or this object ended: then no member may be touched.
+    long send(int most, const std::function<bool()>& isWanted, const std::function<long()>& call);
+    std::function<bool()> whileSameNote() const;
+    /// A call that is meant for the note as it stands, unless `isWanted` says otherwise.
     bool perform(const QString& method, const QString& argument, const Messages& messages,
-        const std::function<void(const JsonObject&)>& onSuccess = {});
-    bool evaluate(long code, const QString& reply, const Messages& messages,
+        const std::function<void(const JsonObject&)>& onSuccess = {},
+        const std::function<bool()>& isWanted = {});
+    static bool evaluate(long code, const QString& reply, const Messages& messages,
         const std::function<void(const JsonObject&)>& onSuccess);
-    long pull(QString& reply, QString& draft);
 
     OpenNote& m_note;
     NotePage& m_page;
+    quint64 m_modeCalls = 0;
+    std::optional<int> m_modeInFlight; ///< What the last call of the mode that waits has asked for.
     /// Texts that the page as it stands has received. Drafts carry the page's own count of them.
     int m_textsSent = 0;
     bool m_sendingText = false;
@@ -72,4 +96,5 @@ private:
     /// The last reply of a pull, and what was read from it: an unchanged page answers the same
     /// text.
     QString m_lastReply, m_lastHtml, m_lastText;
+    std::shared_ptr<const void> m_life = std::make_shared<char>();
 };

@@ -70,10 +70,16 @@ void CNomarEditorImpl::DoAttachFileModify(const SyncFileModifyArg& arg)
     QString thumbName;
     if (!GenerateThumbPic(arg, thumbName))
         return log(QStringLiteral("生成附件缩略图失败！"));
-    if (guid == arg.noteGuid)
-        changeOpenNote(arg, thumbName, now);
+    changeNote(guid, arg, thumbName, now);
+}
+
+void CNomarEditorImpl::changeNote(const QString& openNote, const SyncFileModifyArg& arg,
+    const QString& thumbName, const QString& time)
+{
+    if (openNote == arg.noteGuid)
+        changeOpenNote(arg, thumbName, time);
     else
-        changeClosedNote(arg, thumbName, now);
+        changeClosedNote(arg, thumbName, time);
 }
 
 void CNomarEditorImpl::changeOpenNote(
@@ -91,12 +97,16 @@ void CNomarEditorImpl::changeOpenNote(
     if (m_handler.d->note.m_loads != load) {
         // While the page was called the host has opened another text. If this note's can be had,
         // the change goes there.
+        const QString guid = m_handler.GetCurNoteGuid();
         const auto path = noteFile(arg);
-        return path && !path->isEmpty() ? DoAttachFileModify(arg) : void();
+        if (guid == arg.noteGuid || (path && !path->isEmpty()))
+            changeNote(guid, arg, thumbName, time);
+        return;
     }
     if (!isChanged)
         return log(QStringLiteral("更新笔记附件属性失败！"));
     // Ahead of the save, which takes the times from this book.
+    // Kept: the book of sizes does not learn the new names; it knows them from the next load on.
     m_handler.RecordAttachModifyTime(newName, name, time);
     m_handler.RecordAttachModifyTime(thumbName, QString(), time);
     OnSave();

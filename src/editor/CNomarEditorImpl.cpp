@@ -70,7 +70,10 @@ void CNomarEditorImpl::OnDocumentComplete(const QString& url)
         return;
     m_docComplete = 1;
     ModifyIEWndProc();
+    const QPointer<CNomarEditorImpl> alive(this);
     m_handler.SetEditorMaxChars(maxChars);
+    if (!alive)
+        return;
     PostWindowMessage(parentWidget(), WM_EDITOR_READY);
     m_monitor.SetMsgReceiver(this, WM_ATTACH_FILE_MODIFY);
 }
@@ -177,7 +180,7 @@ void CNomarEditorImpl::NewEditor(QString& guid, int readOnly)
 {
     guid = CreateGuidString();
     m_handler.SetCurNoteGuid(guid);
-    SetEditorText(QString(), NOTE_HTML_VER_2, readOnly);
+    openText(QString(), NOTE_HTML_VER_2, readOnly);
 }
 
 void CNomarEditorImpl::LoadEditor(const QString& guid, const std::vector<QString>& htmlFiles,
@@ -188,7 +191,8 @@ void CNomarEditorImpl::LoadEditor(const QString& guid, const std::vector<QString
     NOTE_HTML_VER_NUMBER joinedVersion = NOTE_HTML_VER_0;
     for (const QString& name : htmlFiles) {
         // A name that would lead out of the store has an empty path, which does not exist.
-        const QString path = name.isEmpty() ? QString() : GetAttachFilePath(guid, name, QString());
+        const QString path =
+            name.isEmpty() ? QString() : GetAttachFilePath(QString(), name, QString());
         QString part;
         NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_0;
         if (path.isEmpty() || !IsFileExist(path)
@@ -198,18 +202,31 @@ void CNomarEditorImpl::LoadEditor(const QString& guid, const std::vector<QString
         joinedVersion = version;
     }
     // A note without text has nothing to upgrade.
-    SetEditorText(joined, joined.isEmpty() ? NOTE_HTML_VER_2 : joinedVersion, readOnly);
+    const NOTE_HTML_VER_NUMBER version = joined.isEmpty() ? NOTE_HTML_VER_2 : joinedVersion;
     // After the text, which empties the book of sizes.
-    m_handler.InitAttachFileSize(attachSizes);
+    if (openText(joined, version, readOnly))
+        m_handler.InitAttachFileSize(attachSizes);
 }
 
 void CNomarEditorImpl::SetEditorText(
     const QString& html, NOTE_HTML_VER_NUMBER version, int readOnly)
 {
+    openText(html, version, readOnly);
+}
+
+bool CNomarEditorImpl::openText(const QString& html, NOTE_HTML_VER_NUMBER version, int readOnly)
+{
     m_lastHtml = html;
     m_htmlVer = version;
+    const QPointer<CNomarEditorImpl> alive(this);
+    const auto isLatest = [&, turn = ++m_opened] { return alive && turn == m_opened; };
+    // While the page is asked, the host may open another note: its text is the one that stays.
     m_handler.SetReadOnly(readOnly);
+    if (!isLatest())
+        return false;
+    m_shown = m_opened;
     m_handler.SetEditorHtml(html);
+    return isLatest();
 }
 
 void CNomarEditorImpl::SaveEditor()

@@ -98,8 +98,16 @@ protected:
     AttachFileMonitor m_monitor;
 
 private:
+    /// False if the control ended or the host opened another note while the page was asked.
+    bool openText(const QString& html, NOTE_HTML_VER_NUMBER version, int readOnly);
+    void changeNote(const QString& openNote, const SyncFileModifyArg& arg, const QString& thumbName,
+        const QString& time);
     void changeOpenNote(
         const SyncFileModifyArg& arg, const QString& thumbName, const QString& time);
     void changeClosedNote(
         const SyncFileModifyArg& arg, const QString& thumbName, const QString& time);
+
+    quint64 m_opened = 0; ///< Notes that the host has opened.
+    quint64 m_shown = 0; ///< The one of them whose text went to the page last.
+    quint64 m_filings = 0; ///< Saves that the host accepted.
 };

@@ -13,7 +13,8 @@
 
 void CNomarEditorImpl::OnSave()
 {
-    if (m_handler.IsReadOnly())
+    // While a note is being opened the page still holds the one before.
+    if (m_handler.IsReadOnly() || m_shown != m_opened)
         return;
     // What is filed is filed under the note as it stands now: while the page is asked, the host may
     // open another one.
@@ -23,16 +24,21 @@ void CNomarEditorImpl::OnSave()
     const noteattach::AttachModifyCache times = note.m_attachModifyCache;
     const QString lastHtml = m_lastHtml;
     NOTE_HTML_VER_NUMBER version = m_htmlVer;
-    INmEditorNotify* const notify = m_notify;
+    const quint64 filings = m_filings;
     const QPointer<CNomarEditorImpl> alive(this);
     const auto sameNote = [&] { return alive && m_handler.d->note.m_loads == load; };
 
     QString html, text;
-    if (!m_handler.GetEditorContent(html, text)) {
+    const int pulled = m_handler.GetEditorContent(html, text);
+    if (!alive)
+        return;
+    if (!pulled) {
         BCGPMessageBox(QStringLiteral("获取笔记编辑器内容失败！"));
         return;
     }
-    if (html == lastHtml)
+    // A save that began behind this one and came to its end first has filed a later text.
+    const bool isOvertaken = sameNote() && m_filings != filings;
+    if (html == lastHtml || isOvertaken)
         return;
 
     // Makes the store: a first note is filed before anything else has come into it.
@@ -48,6 +54,8 @@ void CNomarEditorImpl::OnSave()
     noteattach::ParseAttList(guid, html, list, nullptr);
     list.insert(list.begin(), noteFile);
     noteattach::UpdateAttModifyTimeField(guid, list, times);
-    if (notify && notify->OnSaveNote(guid, list, text) && sameNote())
+    if (m_notify && m_notify->OnSaveNote(guid, list, text) && sameNote()) {
         m_lastHtml = html;
+        ++m_filings;
+    }
 }

@@ -55,12 +55,17 @@ Highlight::Highlight(NotePage& page)
 
 int Highlight::HighlightText(const QString& keyword)
 {
+    const std::weak_ptr<const void> life = m_life;
     CancleHighlight();
+    if (life.expired())
+        return 0;
     if (keyword.isEmpty())
         return 1;
     const int painting = nextPainting();
     QString reply;
-    if (m_page.request(QStringLiteral("highlight"), paintRequest(painting, keyword), reply) != S_OK)
+    const long code =
+        m_page.request(QStringLiteral("highlight"), paintRequest(painting, keyword), reply);
+    if (life.expired() || code != S_OK)
         return 0;
     const std::optional<JsonObject> answer = JsonObject::parse(reply);
     const int count = answer ? std::clamp(answer->integer("count"), 0, mostHits) : 0;
@@ -75,8 +80,12 @@ int Highlight::CancleHighlight()
         return 1;
     // Out of the member first: what is painted while this waits for the page is not to be lost.
     std::vector<HighlightSegment> segments = std::exchange(m_highlightSegments, {});
+    const std::weak_ptr<const void> life = m_life;
     QString reply;
-    if (m_page.request(QStringLiteral("unhighlight"), removeRequest(segments), reply) == S_OK) {
+    const long code = m_page.request(QStringLiteral("unhighlight"), removeRequest(segments), reply);
+    if (life.expired())
+        return 0;
+    if (code == S_OK) {
         const std::optional<JsonObject> answer = JsonObject::parse(reply);
         if (answer && answer->boolean("result"))
             return 1;

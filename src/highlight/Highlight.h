@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 class NotePage;
@@ -27,7 +28,8 @@ struct HighlightSegment {
 /// While the note is edited, hits in the paragraphs that changed are found again. Another note in
 /// the page takes the paint away with the text; the handles stay until the next `CancleHighlight`.
 ///
-/// Failures are silent: the user sees fewer hits. User-interface thread only.
+/// Failures are silent: the user sees fewer hits. User-interface thread only. A call waits for the
+/// page; the host may end this object meanwhile, and then the result is 0.
 class Highlight {
 public:
     /// `page` is not owned and must outlive this.
@@ -47,4 +49,5 @@ public:
 private:
     NotePage& m_page;
     std::vector<HighlightSegment> m_highlightSegments;
+    std::shared_ptr<const void> m_life = std::make_shared<char>();
 };

@@ -87,9 +87,10 @@ int IEWebBrowser::Create(QWidget* parent, const QRect& rect, unsigned id, unsign
 
 void IEWebBrowser::DestroyWindow()
 {
-    if (!d->view)
+    if (d->state == Private::State::Empty)
         return;
-    OnDestroy();
+    if (d->view)
+        OnDestroy();
     d->close();
 }
 
@@ -132,7 +133,7 @@ WNDPROC IEWebBrowser::SetBrowserWndProc(WNDPROC procedure)
 
 long IEWebBrowser::CallWindowProc(WNDPROC procedure, QWidget* hwnd, QEvent* message)
 {
-    return procedure(hwnd, message);
+    return (procedure ? procedure : DefaultWndProc)(hwnd, message);
 }
 
 void IEWebBrowser::SetJSCallFunNotify(IJSCallFunNotify* notify)

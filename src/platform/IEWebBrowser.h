@@ -52,12 +52,13 @@ public:
     /// call ran, with the reply in `result` (`VT_BSTR` for text, else `VT_EMPTY`);
     /// `PAGE_CALL_FAILED` when there is no page yet or the function is missing or threw;
     /// `PAGE_CALL_LOST` when the render process died during the call; `PAGE_CALL_NOT_BACK` when it
-    /// had died before and the page did not come back. A lone surrogate in an argument or reply
+    /// had died before and the page did not come back, or when the browser was taken down before or
+    /// during the call: this object may be gone then. A lone surrogate in an argument or reply
     /// arrives as U+FFFD.
     long ExecJSFun(const QString& functionName, const std::vector<VARIANT>& args, VARIANT& result);
     /// Waits for a page whose render process has died, 10 seconds at the most. False if it is not
-    /// back by then; true at once in any other state. `ExecJSFun` waits by itself; this is for a
-    /// caller that must look around before its call is sent.
+    /// back by then, or taken down; true at once in any other state. `ExecJSFun` waits by itself;
+    /// this is for a caller that must look around before its call is sent.
     bool WaitForPage();
     /// Calls page functions with text arguments, in order and in one piece, without waiting. Used
     /// where no reply is of interest.
@@ -70,7 +71,7 @@ public:
     /// and private messages pass through it; key presses come after `PreTranslateMessage` and
     /// `IIEUINotify::OnTranslateAccelerator`.
     WNDPROC SetBrowserWndProc(WNDPROC procedure);
-    /// Calls a procedure that `SetBrowserWndProc` returned.
+    /// Calls a procedure that `SetBrowserWndProc` returned; null stands for the browser's own.
     static long CallWindowProc(WNDPROC procedure, QWidget* hwnd, QEvent* message);
 
     /// The keys that are held.

@@ -18,7 +18,7 @@ public:
     /// How a call ended.
     enum class End {
         Reply, ///< The script ran; the value is what it returned.
-        Lost, ///< `loseAll` was called: the render process died.
+        Lost, ///< `loseAll` was called, as the render process died, or the application quits.
         Deadline, ///< No reply in time.
     };
 
@@ -31,7 +31,7 @@ private:
     /// Shared with the engine's callback, which may come after the call has ended.
     struct Pending {
         QEventLoop* loop = nullptr;
-        End end = End::Deadline;
+        End end = End::Lost;
         bool over = false;
         QVariant value;
     };

@@ -86,6 +86,8 @@ void IEWebBrowser::Private::setState(State next)
 
 void IEWebBrowser::Private::startSoon()
 {
+    if (state != State::Loading)
+        return; // Taken down before it began.
     m_startWaits = true;
     QWindow* const window = q.window()->windowHandle();
     if (view || !window || !q.window()->isVisible() || window->isExposed())
@@ -107,8 +109,8 @@ bool IEWebBrowser::Private::eventFilter(QObject* watched, QEvent* event)
 
 void IEWebBrowser::Private::startEngine()
 {
-    if (!std::exchange(m_startWaits, false))
-        return; // The other one of exposure and time-out was first.
+    if (!std::exchange(m_startWaits, false) || state != State::Loading)
+        return; // The other one of exposure and time-out was first, or it is taken down.
     if (view)
         return load();
     page = std::make_unique<BrowserPage>(NewPageProfile(this), nullptr);
@@ -207,7 +209,7 @@ long IEWebBrowser::Private::call(
     const QPointer<Private> self(this);
     if (!waitForPage())
         return PAGE_CALL_NOT_BACK;
-    if (!self || state != State::Ready)
+    if (state != State::Ready)
         return PAGE_CALL_FAILED;
 
     QStringList texts;
@@ -220,8 +222,8 @@ long IEWebBrowser::Private::call(
         const CallQueue::Flight flight(queue);
         end = calls.run(*page, script, deadlineMs, reply);
     }
-    if (!self)
-        return PAGE_CALL_LOST;
+    if (!self || state == State::Closed)
+        return PAGE_CALL_NOT_BACK;
     if (end == PageCalls::End::Deadline)
         killRenderProcess();
     if (end != PageCalls::End::Reply)
@@ -294,7 +296,7 @@ bool IEWebBrowser::Private::waitForPage()
     if (state == State::Failed)
         reload();
     if (state != State::Lost)
-        return true;
+        return state != State::Closed;
     const QPointer<Private> self(this);
     QEventLoop loop;
     connect(this, &Private::settled, &loop, &QEventLoop::quit);

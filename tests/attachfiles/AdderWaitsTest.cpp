@@ -91,7 +91,7 @@ TEST_F(AddDropFileToEditor, ANewTextOfTheSameNoteEndsItToo)
 
 TEST_F(AddDropFileToEditor, TheControlMayEndBehindAMessage)
 {
-    boxes.onShow = [&] { adder.reset(); };
+    boxes.onShow = [&] { endControl(); };
     adder->AddDropFileToEditor({record(dir.path()), record(file(QStringLiteral("a.txt")))});
     EXPECT_EQ(boxes.texts.size(), 1);
     EXPECT_EQ(firstAdd(page), -1);
@@ -101,7 +101,7 @@ TEST_F(AddDropFileToEditor, TheControlMayEndBetweenTwoFiles)
 {
     progress.onNext = [&] {
         if (progress.steps.last() == u"b.txt")
-            adder.reset();
+            endControl();
     };
     adder->AddDropFileToEditor(
         {record(file(QStringLiteral("a.txt"))), record(file(QStringLiteral("b.txt")))});

@@ -140,7 +140,7 @@ TEST_F(OnAddAttachment, AnotherNoteOpenedBetweenTwoFilesGetsNothing)
 
 TEST_F(OnAddAttachment, TheControlMayEndDuringTheDialog)
 {
-    dialog.onChoose = [&] { adder.reset(); };
+    dialog.onChoose = [&] { endControl(); };
     choose({file(QStringLiteral("a.txt"))});
     EXPECT_TRUE(page.order.isEmpty());
 }

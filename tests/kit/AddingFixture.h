@@ -22,10 +22,10 @@
 struct Adding : ::testing::Test {
     OpenNote note;
     NotePageOf page;
-    PageBridge bridge{note, page};
+    std::unique_ptr<PageBridge> bridge = std::make_unique<PageBridge>(note, page);
     RecordedBoxes boxes;
     RecordedProgress progress;
-    std::unique_ptr<Adder> adder = std::make_unique<Adder>(note, bridge, boxes, progress);
+    std::unique_ptr<Adder> adder = std::make_unique<Adder>(note, *bridge, boxes, progress);
     QTemporaryDir dir;
     LogLines log;
 
@@ -33,6 +33,13 @@ struct Adding : ::testing::Test {
     {
         GetAttachmentDir();
         note.m_curNoteGuid = CreateGuidString();
+    }
+
+    /// As when the host ends the control.
+    void endControl()
+    {
+        adder.reset();
+        bridge.reset();
     }
 
     /// A file on disk, outside of the store.

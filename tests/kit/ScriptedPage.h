@@ -30,8 +30,8 @@ public:
     {
         calls.emplace_back(method, argument);
         order.append(method);
-        if (onCall)
-            onCall();
+        if (const auto act = onCall) // A copy: it may take itself away.
+            act();
         Answer next{S_OK, QStringLiteral("{\"result\":true,\"errmsg\":\"\"}")};
         if (!answers.empty()) {
             next = answers.front();
@@ -48,8 +48,8 @@ public:
 
     bool waitUntilBack() override
     {
-        if (onWait)
-            onWait();
+        if (const auto act = onWait)
+            act();
         return back;
     }
 

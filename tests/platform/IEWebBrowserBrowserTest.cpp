@@ -3,7 +3,9 @@
 #include "kit/Print.h"
 #include "kit/TestControl.h"
 
+#include <QMouseEvent>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -24,6 +26,8 @@ struct Browser : ::testing::Test {
 
     void start(const char* script)
     {
+        bench.reset(); // One control at a time.
+        fake.reset();
         fake = std::make_unique<FakePage>(QString::fromUtf8(script));
         bench = std::make_unique<Bench>();
         ASSERT_TRUE(bench->waitReady());
@@ -288,8 +292,38 @@ TEST_F(Browser, DestroyWindowUnhooksAndEndsThePage)
     bench->control->DestroyWindow();
     EXPECT_EQ(bench->control->oldWndProc(), nullptr);
     VARIANT result;
-    EXPECT_EQ(call("jsProcessor", result), PAGE_CALL_FAILED);
+    EXPECT_EQ(call("jsProcessor", result), PAGE_CALL_NOT_BACK);
     EXPECT_EQ(bench->control->GetWebBrowseHwnd(), nullptr);
+}
+
+TEST_F(Browser, TakenDownBeforeTheEngineStartsItNeverHasAPage)
+{
+    fake = std::make_unique<FakePage>(QString());
+    bench = std::make_unique<Bench>();
+    bench->control->DestroyWindow();
+    QTest::qWait(500); // Longer than the engine's start is ever put off.
+    EXPECT_EQ(bench->control->findChild<QWebEngineView*>(), nullptr);
+    EXPECT_EQ(bench->window.readies, 0);
+}
+
+TEST_F(Browser, AnEventOfAControlBesideASecondOneThatIsNotReadyGoesToTheBrowser)
+{
+    start("");
+    TestControl second; // Takes the process's pointer over.
+    QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), bench->window.mapToGlobal(QPointF(5, 5)),
+        Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    EXPECT_TRUE(QCoreApplication::sendEvent(bench->input(), &move));
+}
+
+TEST_F(Browser, MayBeTakenDownOrEndedDuringACall)
+{
+    start("window.answered = () => 'late'");
+    VARIANT result;
+    QTimer::singleShot(0, bench->control, [&] { bench->control->DestroyWindow(); });
+    EXPECT_EQ(call("answered", result), PAGE_CALL_NOT_BACK);
+    start("window.answered = () => 'late'");
+    QTimer::singleShot(0, bench->control, [&] { delete bench->control; });
+    EXPECT_EQ(call("answered", result), PAGE_CALL_NOT_BACK);
 }
 
 TEST_F(Browser, TheColourSchemeFollowsTheHostsPalette)
