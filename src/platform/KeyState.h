@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSet>
+#include <QHash>
 
 class QKeyEvent;
 
@@ -17,6 +17,10 @@ int VirtualKey(int qtKey);
 
 /// Which keys are down, by our own track of the browser's key events. Cleared when the focus goes,
 /// as releases are then seen by another window.
+///
+/// A release may name another key than its press: with a Cyrillic layout, say, a key is C while
+/// control is held and a Cyrillic letter without. So the two are matched by the key itself, and
+/// what its press named counts until then.
 class KeyState {
 public:
     void press(const QKeyEvent& event);
@@ -26,5 +30,6 @@ public:
     bool isDown(int virtualKey) const;
 
 private:
-    QSet<int> m_down;
+    QHash<quint64, int> m_down; ///< The virtual key numbers, by the physical key.
+    bool m_isControlDown = false;
 };
