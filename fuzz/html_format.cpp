@@ -39,6 +39,13 @@ void buildAndCut(std::string_view text)
     if (end == std::string_view::npos)
         expected += "\r\n";
     require(fragment == expected);
+
+    // Cut short in the middle of the fragment, the block still has what comes before.
+    const std::size_t half = fragment.size() / 2;
+    std::string front;
+    require(clipformat::CutHtmlFragment(
+        std::string_view(block).substr(0, block.find(kStartComment) + half), front));
+    require(front == fragment.substr(0, half));
 }
 
 } // namespace

@@ -63,16 +63,14 @@ long long leadingNumber(std::string_view text)
     return number;
 }
 
-// An offset into `text` under its field, wherever that first occurs.
+// The offset under its field, wherever that first occurs; it may lie behind `text`.
 std::optional<std::size_t> offsetIn(std::string_view text, std::string_view field)
 {
     const std::size_t at = text.find(field);
     if (at == std::string_view::npos)
         return std::nullopt;
     const long long number = leadingNumber(text.substr(at + field.size()));
-    if (number < 0 || static_cast<unsigned long long>(number) > text.size())
-        return std::nullopt;
-    return static_cast<std::size_t>(number);
+    return number < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(number));
 }
 
 } // namespace
@@ -101,9 +99,10 @@ bool CutHtmlFragment(std::string_view block, std::string& fragment)
     const std::string_view text = untilZero(block);
     const auto start = offsetIn(text, "StartFragment:");
     const auto end = offsetIn(text, "EndFragment:");
-    if (!start || !end || *end < *start)
+    if (!start || !end || *end < *start || *start > text.size())
         return false;
-    fragment = std::string(text.substr(*start, *end - *start)); // `block` may be a view of it
+    // At most to the text's end. A copy, as `block` may be a view of `fragment`.
+    fragment = std::string(text.substr(*start, *end - *start));
     return true;
 }
 

@@ -22,8 +22,9 @@ bool BuildHtmlFormat(std::string_view text, std::string& block);
 /// not looked at. What BuildHtmlFormat made comes back with the start comment in front and a line
 /// end behind, and grows by them with every pass.
 ///
-/// The result is false, and `fragment` as it was, if one of the two fields is missing or negative,
-/// if the end lies before the start, or if either lies outside the text. A field with no number
+/// An end behind the text, as of a block that was cut short, counts as the end of the text. The
+/// result is false, and `fragment` as it was, if one of the two fields is missing or negative, if
+/// the end lies before the start, or if the start lies behind the text. A field with no number
 /// behind it counts as 0. Two equal offsets give an empty fragment.
 bool CutHtmlFragment(std::string_view block, std::string& fragment);
 

@@ -150,7 +150,8 @@ TEST_F(HtmlClipboard, WithoutThoseBytesTextHtmlIsTheFragment)
 
 TEST_F(HtmlClipboard, BytesThatMarkNoFragmentArePassedOverForTextHtml)
 {
-    for (const QByteArray& bad : {block(6, 5), block(-1, 5), block(0, 99999), QByteArray("none")}) {
+    for (const QByteArray& bad :
+        {block(6, 5), block(-1, 5), block(99999, 99999), QByteArray("none")}) {
         putUp({{kHtmlFormat, bad}, {kTextHtml, "<i>good</i>"}});
         EXPECT_EQ(fragment(), "<i>good</i>");
     }
@@ -158,11 +159,18 @@ TEST_F(HtmlClipboard, BytesThatMarkNoFragmentArePassedOverForTextHtml)
 
 TEST_F(HtmlClipboard, BytesThatMarkNoFragmentAloneGiveFalse)
 {
-    for (const QByteArray& bad : {block(6, 5), block(-1, 5), block(0, 99999), QByteArray("none")}) {
+    for (const QByteArray& bad :
+        {block(6, 5), block(-1, 5), block(99999, 99999), QByteArray("none")}) {
         putUp({{kHtmlFormat, bad}});
         EXPECT_TRUE(clipdrag::HasHtml(*held()));
         expectNoFragment();
     }
+}
+
+TEST_F(HtmlClipboard, BytesThatWereCutShortGiveTheFragmentAsFarAsItGoes)
+{
+    putUp({{kHtmlFormat, block(14, 99999) + "<i>half"}, {kTextHtml, "not asked for"}});
+    EXPECT_EQ(fragment(), "14\r\nEndFragment:99999\r\n<i>half");
 }
 
 TEST_F(HtmlClipboard, EqualOffsetsGiveAnEmptyFragment)

@@ -46,6 +46,10 @@ std::string block(const std::string& start, const std::string& end)
     return "StartFragment:" + start + "\r\nEndFragment:" + end + "\r\n0123456789";
 }
 
+const std::vector<std::string> kBehindAnyText = {"999999", "2147483647", "2147483648", "4294967295",
+    "4294967301", "9223372036854775807", "18446744073709551616", "18446744073709551621",
+    std::string(500, '9')};
+
 // The header as other programs write it: ten digits, both markers without a blank, the fragment
 // between them. `lineEnd` ends the header's lines.
 std::string foreign(const std::string& fragment, const std::string& lineEnd = "\r\n",
@@ -242,17 +246,27 @@ TEST(CutHtmlFragment, NegativeOffsetsAreRefused)
     expectRefused(block(low, low));
 }
 
-TEST(CutHtmlFragment, OffsetsOutsideTheTextAreRefused)
+TEST(CutHtmlFragment, AnEndBehindTheTextCountsAsTheTextsEnd)
 {
     const std::size_t size = block("0", "00").size();
-    EXPECT_EQ(cut(block("0", std::to_string(size))).size(), size);
-    expectRefused(block("0", std::to_string(size + 1)));
-    for (const std::string huge : {"999999", "2147483647", "2147483648", "4294967295", "4294967301",
-             "9223372036854775807", "18446744073709551616", "18446744073709551621"}) {
-        expectRefused(block("0", huge));
-        expectRefused(block(huge, huge));
+    for (const std::size_t end : {size, size + 1})
+        EXPECT_EQ(cut(block("0", std::to_string(end))).size(), size);
+    for (const std::string& behind : kBehindAnyText) {
+        EXPECT_EQ(cut(block("0", behind)), block("0", behind));
+        EXPECT_EQ(cut(block("2", behind)), block("2", behind).substr(2));
     }
-    expectRefused(block("0", std::string(500, '9')));
+    ASSERT_EQ(block("43", "99").size(), 44u);
+    EXPECT_EQ(cut(block("43", "99")), "9");
+    EXPECT_EQ(cut(block("44", "99")), "");
+}
+
+TEST(CutHtmlFragment, AStartBehindTheTextIsRefused)
+{
+    ASSERT_EQ(block("45", "45").size(), 44u);
+    expectRefused(block("45", "45"));
+    expectRefused(block("45", "99"));
+    for (const std::string& behind : kBehindAnyText)
+        expectRefused(block(behind, behind));
 }
 
 TEST(CutHtmlFragment, TheTextEndsAtItsFirstZeroByte)
@@ -260,7 +274,7 @@ TEST(CutHtmlFragment, TheTextEndsAtItsFirstZeroByte)
     const std::string whole = foreign("<p>x</p>");
     EXPECT_EQ(cut(whole + std::string(2, '\0')), "<p>x</p>");
     EXPECT_EQ(cut(whole + '\0' + "garbage\xFF"), "<p>x</p>");
-    expectRefused(foreign("<p>a\0b</p>"s));
+    EXPECT_EQ(cut(foreign("<p>a\0b</p>"s)), "<p>a");
     expectRefused('\0' + whole);
     expectRefused(std::string(1, '\0'));
 }
@@ -268,15 +282,17 @@ TEST(CutHtmlFragment, TheTextEndsAtItsFirstZeroByte)
 // What lies behind the view is no part of the text, terminator or not.
 TEST(CutHtmlFragment, NothingBehindTheBlockIsRead)
 {
-    const std::string whole = block("3", "9") + "123";
-    for (std::size_t length = 0; length <= whole.size(); ++length) {
-        const std::vector<char> exact(whole.begin(), whole.begin() + length);
-        std::string fragment;
-        const std::string_view view(exact.data(), exact.size());
-        if (CutHtmlFragment(view, fragment))
-            EXPECT_EQ(fragment, view.substr(3, fragment.size()));
-        else
-            EXPECT_LT(length, whole.find("9\r\n") + 1);
+    for (const char* end : {"9", "99"}) {
+        const std::string whole = block("3", end) + "123";
+        for (std::size_t length = 0; length <= whole.size(); ++length) {
+            const std::vector<char> exact(whole.begin(), whole.begin() + length);
+            std::string fragment;
+            const std::string_view view(exact.data(), exact.size());
+            if (CutHtmlFragment(view, fragment))
+                EXPECT_EQ(fragment, view.substr(3, fragment.size()));
+            else
+                EXPECT_LT(length, whole.find("9\r\n") + 1);
+        }
     }
 }
 

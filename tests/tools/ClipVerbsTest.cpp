@@ -57,12 +57,13 @@ TEST(ClipVerbs, ABlockIsDecodedToItsFragment)
     EXPECT_EQ(converted(kClipDecode, converted(kClipEncode, "\xFF\n")),
         "<!--StartFragment -->\r\n\xFF\n\r\n");
     EXPECT_EQ(converted(kClipDecode, "StartFragment:0EndFragment:0"), "");
+    EXPECT_EQ(converted(kClipDecode, "StartFragment:28EndFragment:999"), "999");
 }
 
 TEST(ClipVerbs, ABlockThatMarksNoFragmentExitsWithOne)
 {
     for (const char* block : {"", "<p>x</p>", "StartFragment:2EndFragment:1",
-             "StartFragment:0EndFragment:-1", "StartFragment:0EndFragment:999"})
+             "StartFragment:0EndFragment:-1", "StartFragment:999EndFragment:999"})
         expectFailure(kClipDecode, block);
 }
 
