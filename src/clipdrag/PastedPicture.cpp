@@ -1,8 +1,10 @@
 #include "clipdrag/PastedPicture.h"
 
 #include "attachfiles/Adder.h"
+#include "attachstore/EntryRules.h"
 #include "attachstore/FileRecord.h"
 #include "attachstore/ImageFile.h"
+#include "clipdrag/ClipFlavours.h"
 #include "clipdrag/DesktopClipboard.h"
 #include "html/HtmlDocument.h"
 #include "noteattach/ExData.h"
@@ -79,15 +81,30 @@ QByteArray formatOf(const QByteArray& bytes)
     return QImageReader::imageFormat(&buffer);
 }
 
+bool fitsIntoANote(const QByteArray& bytes)
+{
+    return quint64(bytes.size()) <= attachstore::attachLimit;
+}
+
+// Enough to be refused, aloud, by the rule on sizes.
+DropFileInfo recordOfSizeAlone(const QByteArray& bytes)
+{
+    DropFileInfo record;
+    record.fileSize = quint64(bytes.size());
+    return record;
+}
+
 std::optional<DropFileInfo> temporaryPicture(const QByteArray& bytes, const QByteArray& format)
 {
+    if (!fitsIntoANote(bytes))
+        return recordOfSizeAlone(bytes);
     const QString directory = GetTempDir();
     const QString path = directory + CreateGuidString() + u'.' + QString::fromLatin1(format);
     OutputFile file;
     if (directory.isEmpty() || file.create(path))
         return std::nullopt;
-    const bool written =
-        !file.write(bytes.constData(), std::size_t(bytes.size())) && !file.flushAndClose();
+    // Not flushed: after a loss of power nobody would look for it.
+    const bool written = !file.write(bytes.constData(), std::size_t(bytes.size()));
     auto record = written ? attachstore::RecordOfPath(path) : std::nullopt;
     if (!record)
         QFile::remove(path);
@@ -134,10 +151,13 @@ std::optional<DropFileInfo> ReadPastedPicture(const QString& source, const std::
     const QByteArray format = formatOf(bytes);
     if (bytes.isEmpty() || format.isEmpty() || format.startsWith("svg"))
         return std::nullopt;
+    const bool staysAsItIs = noteattach::IsPicFileType(u'.' + QString::fromLatin1(format));
+    if (staysAsItIs && !fitsIntoANote(bytes))
+        return recordOfSizeAlone(bytes); // not worth decoding
     const QImage image = CGdiToolBox::LoadImageFromMemory(bytes);
     if (image.isNull())
         return std::nullopt;
-    if (noteattach::IsPicFileType(u'.' + QString::fromLatin1(format)))
+    if (staysAsItIs)
         return temporaryPicture(bytes, format);
     const QByteArray png = asPng(image);
     return png.isEmpty() ? std::nullopt : temporaryPicture(png, "png");
@@ -162,8 +182,10 @@ void PastedPictures::import(const QString& request)
     std::vector<DropFileInfo> files;
     QJsonArray digests;
     for (const QJsonValue& source : sources) {
-        const auto picture = ReadPastedPicture(source.toString(), named);
-        digests.append(picture ? FileMd5(picture->filePath) : QString());
+        const bool isRead = digests.size() < kMostFiles;
+        const auto picture = isRead ? ReadPastedPicture(source.toString(), named) : std::nullopt;
+        const bool hasFile = picture && !picture->filePath.isEmpty();
+        digests.append(hasFile ? FileMd5(picture->filePath) : QString());
         if (picture)
             files.push_back(*picture);
     }

@@ -21,6 +21,9 @@ std::set<QString> PicturesOnClipboard();
 /// other has, to be deleted by the caller. Bytes of the formats that count as pictures stay as they
 /// are; what else can be decoded becomes PNG, with the first of its pictures.
 ///
+/// Of a picture that no note has room for (`attachstore::attachLimit`) no file is made: its record
+/// has its size, for the rule on sizes to refuse it by, and an empty path.
+///
 /// Nothing comes back for what is no picture that can be decoded (vector formats are none, as they
 /// can hold script), has too many pixels (`CGdiToolBox.h`) or more than 64 MiB, for broken Base64,
 /// and for a `file:` address that is not among `named` or leads to no regular file of this machine.
@@ -38,7 +41,9 @@ public:
 
     /// `request`: {"paste": number, "sources": [address, …]}. Tells the page the digest of each
     /// picture ("pictures"), adds them as it adds dropped files, with the same rules and messages,
-    /// and tells the page that all is done ("picturesDone"). What is no such request is ignored.
+    /// and tells the page that all is done ("picturesDone"). The digest is empty for what is no
+    /// picture or fits into no note, and behind the first `kMostFiles` sources, which alone are
+    /// read. What is no such request is ignored.
     /// Waits for the page: not to be called inside a task of the engine.
     void import(const QString& request);
 

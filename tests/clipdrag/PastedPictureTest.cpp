@@ -3,12 +3,14 @@
 #include "clipdrag/Board.h"
 #include "kit/AddingFixture.h"
 
+#include "attachstore/EntryRules.h"
 #include "support/FileMd5.h"
 
 #include <QBuffer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
 
 #include <utility>
 
@@ -42,6 +44,23 @@ struct PastedPicture : Adding {
     {
         return QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
     }
+    /// What the page is told when it asks for these.
+    QStringList digestsOf(const QJsonArray& sources)
+    {
+        QStringList digests;
+        clipdrag::PastedPictures pictures(*adder, [&](const QString& kind, const QString& text) {
+            const QJsonObject told = QJsonDocument::fromJson(text.toUtf8()).object();
+            if (kind == u"pictures") {
+                for (const QJsonValue& digest : told.value(u"digests").toArray())
+                    digests << digest.toString();
+            }
+        });
+        const QJsonObject request{
+            {QStringLiteral("paste"), 1}, {QStringLiteral("sources"), sources}};
+        pictures.import(QString::fromUtf8(QJsonDocument(request).toJson()));
+        return digests;
+    }
+    static QStringList temporaryFiles() { return QDir(GetTempDir()).entryList(QDir::Files); }
     QByteArray content(const DropFileInfo& record)
     {
         QFile in(record.filePath);
@@ -151,6 +170,67 @@ TEST_F(PastedPicture, RequestIsAnsweredWithDigestsThenAttachmentsThenTheEnd)
             QStringLiteral("picturesDone {\"paste\":3}")}));
     EXPECT_TRUE(QFile::exists(GetAttachmentDir() + u'/' + digest + QStringLiteral(".png")));
     EXPECT_TRUE(QDir(GetTempDir()).entryList({QStringLiteral("*.png")}, QDir::Files).isEmpty());
+}
+
+TEST_F(PastedPicture, OfMoreThanAThousandSourcesTheFirstThousandAreRead)
+{
+    const QString picture = dataOf(encoded("PNG"));
+    QJsonArray sources;
+    while (sources.size() < 999)
+        sources.append(QStringLiteral("data:image/png;base64,%%"));
+    sources.append(picture);
+    sources.append(dataOf(encoded("BMP")));
+    sources.append(picture);
+    const QStringList digests = digestsOf(sources);
+    ASSERT_EQ(digests.size(), 1002);
+    EXPECT_FALSE(digests[999].isEmpty());
+    EXPECT_EQ(digests[1000], QString());
+    EXPECT_EQ(digests[1001], QString());
+    EXPECT_EQ(page.count(QStringLiteral("AddPicToEditor")), 1);
+}
+
+TEST_F(PastedPicture, APictureThatNoNoteHasRoomForIsRefusedAloudAndMakesNoFile)
+{
+    const QStringList before = temporaryFiles();
+    QByteArray bytes = encoded("PNG");
+    bytes.append(qsizetype(attachstore::attachLimit) - bytes.size(), '\0');
+    EXPECT_EQ(read(dataOf(bytes))->fileSize, attachstore::attachLimit) << "as much as there can be";
+    bytes.append('\0');
+    const auto record = clipdrag::ReadPastedPicture(dataOf(bytes), {});
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->filePath, QString());
+    EXPECT_EQ(record->fileSize, attachstore::attachLimit + 1);
+    EXPECT_FALSE(record->isTempFile);
+    QFile::remove(made[0].filePath);
+
+    EXPECT_EQ(digestsOf({dataOf(bytes)}), QStringList{QString()});
+    EXPECT_EQ(boxes.texts, QStringList{QStringLiteral("最大支持上传10M附件！")});
+    EXPECT_TRUE(added().isEmpty());
+    EXPECT_TRUE(log.take().isEmpty());
+    EXPECT_EQ(temporaryFiles(), before);
+}
+
+TEST_F(PastedPicture, TheSizeOfWhatBecomesPngIsThatOfThePng)
+{
+    QImage plain(2000, 2000, QImage::Format_RGB32);
+    plain.fill(Qt::red);
+    QImage noise(plain.size(), QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    for (int y = 0; y < noise.height(); ++y)
+        random.fillRange(reinterpret_cast<quint32*>(noise.scanLine(y)), noise.width());
+    QStringList addresses;
+    for (const QImage* image : {&plain, &noise}) {
+        const QString path = dir.filePath(QStringLiteral("%1.ppm").arg(addresses.size()));
+        ASSERT_TRUE(image->save(path, "PPM"));
+        ASSERT_GT(QFileInfo(path).size(), qint64(attachstore::attachLimit));
+        addresses << addressOf(path);
+    }
+    const std::set<QString> named(addresses.begin(), addresses.end());
+    EXPECT_TRUE(QFile::exists(read(addresses[0], named)->filePath));
+    const auto record = clipdrag::ReadPastedPicture(addresses[1], named);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->filePath, QString());
+    EXPECT_GT(record->fileSize, attachstore::attachLimit);
 }
 
 TEST_F(PastedPicture, RubbishIsIgnored)
