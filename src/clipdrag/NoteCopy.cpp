@@ -38,8 +38,9 @@ void clipdrag::AddAttachToClipboard(const std::vector<AttachFileInfo>& files)
 {
     std::vector<QString> paths;
     for (const AttachFileInfo& file : files) {
-        if (!file.filePath.isEmpty() && IsFileExist(file.filePath))
-            paths.push_back(file.filePath);
+        const QString path = PathOnDisk(file.filePath);
+        if (!path.isEmpty() && IsFileExist(path))
+            paths.push_back(path);
     }
     CHtmlClipboard::SetFileDropList(paths);
 }

@@ -22,7 +22,8 @@ int OnCopyHtml(const QString& noteFilePath, const NoteConverter& convert);
 /// Empties the clipboard, whoever filled it.
 void ClearCopyData();
 
-/// Puts those files on the clipboard that exist; with none it stays as it is.
+/// Puts those files on the clipboard that exist, under their paths on disk (`Paths.h`: a backslash
+/// may stand for a separator); with none it stays as it is.
 void AddAttachToClipboard(const std::vector<AttachFileInfo>& files);
 
 } // namespace clipdrag

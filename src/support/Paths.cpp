@@ -41,22 +41,13 @@ bool exists(const QString& path)
     return !path.contains(QChar(u'\0')) && QFileInfo::exists(path);
 }
 
-// A backslash may be a separator or, on some systems, part of a name: what exists decides.
-QString onDisk(const QString& path)
-{
-    if (!path.contains(kBackslash) || exists(path))
-        return path;
-    QString native = path;
-    return native.replace(kBackslash, QDir::separator());
-}
-
 // The path of the directory as it now stands on disk, or nothing.
 std::optional<QString> makeDirs(const QString& path)
 {
     const QString trimmed = withoutTrailingSeparators(path);
     if (trimmed.isEmpty())
         return path.isEmpty() ? std::nullopt : std::optional(QString(QDir::separator()));
-    const QString standing = onDisk(trimmed);
+    const QString standing = PathOnDisk(trimmed);
     if (exists(standing))
         return standing;
     const qsizetype separator = lastSeparator(trimmed);
@@ -150,9 +141,17 @@ int MakeDirs(const QString& path)
     return makeDirs(path) ? 1 : 0;
 }
 
+QString PathOnDisk(const QString& path)
+{
+    if (!path.contains(kBackslash) || exists(path))
+        return path;
+    QString native = path;
+    return native.replace(kBackslash, QDir::separator());
+}
+
 bool IsFileExist(const QString& path)
 {
-    return exists(onDisk(path));
+    return exists(PathOnDisk(path));
 }
 
 QString GetFileExt(const QString& path)
@@ -180,5 +179,5 @@ QString extract_foldername(const QString& path)
 
 bool path_is_folder(const QString& path)
 {
-    return QFileInfo(onDisk(path)).isDir();
+    return QFileInfo(PathOnDisk(path)).isDir();
 }

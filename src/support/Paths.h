@@ -56,6 +56,10 @@ bool IsSafeFileName(const QString& name);
 /// else 0. A path without a separator that does not exist is never made.
 int MakeDirs(const QString& path);
 
+/// The path under which the system knows what `path` names: a backslash is a part of a name if
+/// there is a file or directory of that very name, else a separator.
+QString PathOnDisk(const QString& path);
+
 /// Whether there is a file or a directory of that path.
 bool IsFileExist(const QString& path);
 

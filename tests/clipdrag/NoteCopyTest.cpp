@@ -99,6 +99,20 @@ TEST_F(NoteCopy, FilesThatExistGoUpByTheirThirdField)
     EXPECT_EQ(board::paths(), QStringList{path});
 }
 
+TEST_F(NoteCopy, FilesNamedWithBackslashesGoUpUnderTheirPathsOnDisk)
+{
+    const QString path = noteFile("x");
+    const QString backslashed = QString(path).replace(u'/', u'\\');
+    clipdrag::AddAttachToClipboard({{QString(), QString(), backslashed},
+        {QString(), QString(), dir.path() + QStringLiteral("\\note.html")}});
+    EXPECT_EQ(board::paths(), (QStringList{path, path}));
+
+    const QString odd = dir.filePath(QStringLiteral("a\\b"));
+    ASSERT_TRUE(QFile::copy(path, odd));
+    clipdrag::AddAttachToClipboard({{QString(), QString(), odd}});
+    EXPECT_EQ(board::paths(), QStringList{odd}) << "here it is a part of the name";
+}
+
 TEST_F(NoteCopy, WithoutAFileThatExistsTheClipboardKeepsItsContent)
 {
     clipdrag::AddAttachToClipboard({});

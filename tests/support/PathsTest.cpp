@@ -190,6 +190,20 @@ TEST(MakeDirs, FailsWhereItMayNotWrite)
     EXPECT_EQ(MakeDirs(root.filePath(QStringLiteral("a"))), 0);
 }
 
+TEST(PathOnDisk, TakesABackslashForASeparatorUnlessAFileHasItInItsName)
+{
+    const TestStore store;
+    const QString inFolder = store.path(QStringLiteral("a/b"));
+    const QString backslashed = store.path(QStringLiteral("a\\b"));
+    EXPECT_EQ(PathOnDisk(inFolder), inFolder);
+    EXPECT_EQ(PathOnDisk(backslashed), inFolder) << "whether that exists is not asked";
+    ASSERT_EQ(MakeDirs(inFolder), 1);
+    EXPECT_EQ(PathOnDisk(backslashed), inFolder);
+    writeFile(backslashed, "x");
+    EXPECT_EQ(PathOnDisk(backslashed), backslashed);
+    EXPECT_EQ(PathOnDisk(QString()), QString());
+}
+
 TEST(IsFileExist, FindsFilesAndDirectories)
 {
     const TestStore store;
