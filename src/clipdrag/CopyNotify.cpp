@@ -11,6 +11,13 @@
 
 #include <utility>
 
+namespace {
+
+// Not zero: a zero timer can fire inside a task of the engine.
+constexpr int soonMs = 1;
+
+} // namespace
+
 CopyNotify::CopyNotify(const OpenNote& note)
     : m_note(note)
 {
@@ -38,7 +45,7 @@ void CopyNotify::HandleCopyNotify()
     watch();
     m_limit.start(waitMs);
     if (m_hasArrived)
-        m_soon.start(0);
+        m_soon.start(soonMs);
 }
 
 void CopyNotify::pageCopied()
@@ -58,7 +65,7 @@ void CopyNotify::arrived()
 {
     m_hasArrived = true;
     if (m_limit.isActive())
-        m_soon.start(0);
+        m_soon.start(soonMs);
 }
 
 void CopyNotify::look()

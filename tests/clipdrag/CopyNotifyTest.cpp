@@ -4,6 +4,10 @@
 #include "kit/AddingFixture.h"
 #include "kit/Wait.h"
 
+#include <QCoreApplication>
+
+#include <set>
+
 namespace {
 
 /// A note with two attachments, and a copy of something in it.
@@ -27,6 +31,23 @@ struct Copying : Adding {
     QStringList both() const
     {
         return {path(QStringLiteral("一.txt")), path(QStringLiteral("two.png"))};
+    }
+    /// The delays of the timers that fire until the clipboard has files.
+    std::set<int> delaysUntilFiles()
+    {
+        struct : QObject {
+            std::set<int> seen;
+            bool eventFilter(QObject* watched, QEvent* event) override
+            {
+                const auto* timer = qobject_cast<QTimer*>(watched);
+                if (timer && event->type() == QEvent::Timer)
+                    seen.insert(timer->interval());
+                return false;
+            }
+        } delays;
+        qApp->installEventFilter(&delays);
+        EXPECT_TRUE(waitForFiles());
+        return delays.seen;
     }
     bool waitForFiles()
     {
@@ -156,6 +177,20 @@ TEST_F(Copying, ThePagesWordIsAsGoodAsAChange)
     EXPECT_TRUE(board::paths().isEmpty());
     notify->pageCopied();
     ASSERT_TRUE(waitForFiles());
+}
+
+TEST_F(Copying, NoLookIsTakenByAZeroTimerWhichMayFireInsideATaskOfTheEngine)
+{
+    notify->expectCopy();
+    notify->HandleCopyNotify();
+    board::putHtml(one);
+    EXPECT_FALSE(delaysUntilFiles().contains(0));
+
+    notify = std::make_unique<CopyNotify>(note);
+    notify->expectCopy();
+    board::putHtml(two);
+    notify->HandleCopyNotify();
+    EXPECT_FALSE(delaysUntilFiles().contains(0));
 }
 
 TEST_F(Copying, WithoutAnyWordTheOldContentIsLookedAt)
