@@ -1,5 +1,6 @@
 #include "clipdrag/DroppedFiles.h"
 
+#include "kit/LogLines.h"
 #include "kit/Print.h"
 
 #include <QBuffer>
@@ -159,7 +160,9 @@ TEST_F(DroppedFiles, WhatCannotBeReadIsSkippedWithoutAWord)
     ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), dangling));
     offer({dir.filePath(QStringLiteral("missing")), fifo, dangling, QStringLiteral("/dev/zero"),
         file(QStringLiteral("a"))});
+    LogLines log;
     EXPECT_EQ(listed(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(log.take(), QStringList());
 }
 
 TEST_F(DroppedFiles, OddNamesComeThrough)

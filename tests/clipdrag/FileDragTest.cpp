@@ -244,6 +244,9 @@ TEST_F(Drag, OfOneUnreadableFileIsTheBrowsers)
     EXPECT_EQ(enter(), Browser::result);
     EXPECT_TRUE(state.m_dropFileList.empty());
     EXPECT_EQ(state.m_dragOpType, DRAGE_OP_DEFAULT);
+    EXPECT_EQ(drop(), Browser::result);
+    EXPECT_EQ(boxes.texts, QStringList());
+    EXPECT_EQ(log.take(), QStringList());
 }
 
 TEST_F(Drag, OfAFolderIsTakenAndRefusedAloud)
@@ -286,6 +289,18 @@ TEST_F(Drag, OfAnImageThatOnlyPassesLeavesItsTemporaryFile)
     data.clear();
     data.setText(QStringLiteral("text"));
     enter();
+    EXPECT_TRUE(QFile::exists(path));
+}
+
+TEST_F(Drag, OfAnImageThatIsDroppedLeavesItsTemporaryFile)
+{
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    data.setImageData(image);
+    enter();
+    const QString path = state.m_dropFileList.at(0).filePath;
+    drop();
+    EXPECT_EQ(added().size(), 1);
     EXPECT_TRUE(QFile::exists(path));
 }
 

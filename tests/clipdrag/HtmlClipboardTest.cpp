@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QProcess>
 #include <QSysInfo>
 #include <QUrl>
 
@@ -255,6 +256,16 @@ TEST_F(HtmlClipboard, APathThatCanBeNoFilesLeavesTheClipboardAsItWas)
     EXPECT_FALSE(CHtmlClipboard::SetFileDropList({QStringLiteral("/a"), cut}));
     EXPECT_FALSE(CHtmlClipboard::SetFileDropList({QString(), QStringLiteral("/a")}));
     EXPECT_EQ(bytes(kTextHtml), "before");
+}
+
+TEST(CHtmlClipboard, WithoutADesktopEachOperationFails)
+{
+    QProcess process;
+    process.start(QStringLiteral(NOMAR_TEST_UNDISPLAYED_CLIPBOARD), QStringList());
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    // Without any application object, with one that knows no desktop, with one that does.
+    EXPECT_EQ(process.readAllStandardOutput(), "0 0 0 0\n0 0 0 0\n1 1 1 1\n");
 }
 
 TEST(ClipFlavours, OneLocalFileAddressMakesAFileList)
