@@ -1,9 +1,10 @@
 // Bundles the page: node build.mjs [--out DIR] [--modules NODE_MODULES]
 //
 // One classic script, since modules do not load from file: addresses, and one page with its style
-// inside, since the page's own policy allows no style sheet from a file.
+// inside, since the page's own policy allows no style sheet from a file. Beside them lie the licence
+// notices of the packages that are in the bundle.
 
-import { mkdir, readFile, writeFile } from "node:fs/promises";
+import { mkdir, readFile, readdir, writeFile } from "node:fs/promises";
 import { createRequire } from "node:module";
 import { dirname, join, resolve } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
@@ -23,7 +24,7 @@ const require = createRequire(pathToFileURL(join(modules, "index.js")));
 const esbuild = require("esbuild");
 
 await mkdir(out, { recursive: true });
-await esbuild.build({
+const bundle = await esbuild.build({
     entryPoints: [join(here, "src/main.ts")],
     outfile: join(out, "editor.js"),
     bundle: true,
@@ -36,6 +37,7 @@ await esbuild.build({
     alias: { "@tabler/icons/outline": join(modules, "@tabler/icons/icons/outline") },
     loader: { ".svg": "text", ".css": "text" },
     logLevel: "warning",
+    metafile: true,
 });
 
 const page = await readFile(join(here, "src/index.html"), "utf8");
@@ -49,3 +51,22 @@ await writeFile(
     join(out, "index.html"),
     page.replace("/* styles */", () => style.code.trim()),
 );
+
+const bundled = new Set(
+    Object.keys(bundle.metafile.inputs)
+        .map((path) => /.*node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(path)?.[1])
+        .filter(Boolean),
+);
+await writeFile(
+    join(out, "notices.txt"),
+    (await Promise.all([...bundled].sort().map(notice))).join(`\n${"=".repeat(78)}\n\n`),
+);
+
+async function notice(name) {
+    const folder = join(modules, name);
+    const files = (await readdir(folder)).filter((file) => /^licen[cs]e/i.test(file)).sort();
+    if (files.length === 0) throw new Error(`${name} comes without a licence`);
+    const { version, license } = JSON.parse(await readFile(join(folder, "package.json"), "utf8"));
+    const texts = await Promise.all(files.map((file) => readFile(join(folder, file), "utf8")));
+    return [`${name} ${version}, ${license}\n`, ...texts].join("\n");
+}
