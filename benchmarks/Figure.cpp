@@ -129,10 +129,8 @@ int run(int argc, char** argv)
         ranAny = true;
         allMet = runOne(group, measurement) && allMet;
     }
-    if (!ranAny) {
-        std::fprintf(stderr, "no benchmark has a name like that; --list names them\n");
+    if (!ranAny)
         return 2;
-    }
     return allMet ? 0 : 1;
 }
 

@@ -75,7 +75,7 @@ public:
 /// figure to the standard output as soon as it is known: name, ratio, goal ("<= 1.10" or
 /// ">= 30.00"), "ok" or "short", parted by tabs. Arguments: `--list` prints the groups and runs
 /// nothing; any other argument selects the groups whose name contains it. Returns 0 when every
-/// figure is met, 1 when one is short, 2 when nothing was selected.
+/// figure is met, 1 when one is short, 2 when nothing of this binary was selected.
 int run(int argc, char** argv);
 
 } // namespace bench
