@@ -36,9 +36,15 @@ endforeach()
 set(NOMAR_DATA_DIR ${CMAKE_INSTALL_DATADIR}/nomareditor)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/NomarEditor)
 
+# Before 1.0 each minor version may break the hosts of the last: a program asks for the one that it was linked with, as
+# the CMake package does below.
+set(so_version ${PROJECT_VERSION_MAJOR})
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    string(APPEND so_version .${PROJECT_VERSION_MINOR})
+endif()
 set_target_properties(NomarEditor PROPERTIES
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
+    SOVERSION ${so_version})
 target_include_directories(NomarEditor INTERFACE
     $<BUILD_INTERFACE:${public_include_dir}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
