@@ -117,14 +117,15 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    const QStringList kinds{QStringLiteral("bmp"), QStringLiteral("ico"), QStringLiteral("cur"), QStringLiteral("png")};
+    const QStringList kinds{
+        QStringLiteral("bmp"), QStringLiteral("ico"), QStringLiteral("cur"), QStringLiteral("png")};
     if (arguments.size() < 4 || !kinds.contains(arguments[1])) {
         qCritical("usage: render bmp|ico|cur|png OUT_DIR FILE.svg...");
         return 2;
     }
     for (const QString& source : arguments.mid(3)) {
-        const QString target = arguments[2] + u'/' + QFileInfo(source).completeBaseName() + u'.'
-            + arguments[1];
+        const QString target =
+            arguments[2] + u'/' + QFileInfo(source).completeBaseName() + u'.' + arguments[1];
         if (!write(target, render(arguments[1], source))) {
             qCritical("%s cannot be made", qPrintable(target));
             return 1;
