@@ -85,8 +85,9 @@ bool Shelf::makeTables()
     row.finish();
     m_error = u"unknown version %1"_s.arg(version);
     QFile script(u":/shelf.sql"_s);
-    bool ok = version == 1 || (version == 0 && script.open(QIODevice::ReadOnly));
-    if (ok && version == 0)
+    const bool isCurrent = version == 2;
+    bool ok = isCurrent || ((version == 0 || version == 1) && script.open(QIODevice::ReadOnly));
+    if (ok && !isCurrent)
         for (const QString& sql : QString::fromUtf8(script.readAll()).split(u"\n\n"_s))
             ok = ok && run(sql);
     return ok;
@@ -244,7 +245,8 @@ bool Shelf::emptyBin()
 void Shelf::dropLeftovers(const std::function<bool(const QString&)>& remove)
 {
     QSqlQuery row = query(u"SELECT file_path FROM leftover"
-                          " WHERE file_path NOT IN (SELECT file_path FROM file)"_s);
+                          " WHERE file_path NOT IN (SELECT file_path FROM file)"
+                          " AND file_path NOT IN (SELECT file_path FROM former)"_s);
     QVariantList paths;
     while (row.next())
         paths += row.value(0);

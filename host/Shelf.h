@@ -36,12 +36,14 @@ public:
     Shelf();
     ~Shelf();
 
-    /// Makes the file if it is missing. False: no shelf, a newer version's, or not to be written.
+    /// Makes the file if it is missing, and raises one of an older version. False: no shelf, a
+    /// newer version's, or not to be written.
     bool open(const QString& path);
     QString errorText() const { return m_error; }
 
     /// Takes over what OnSaveNote hands out: `files` in their order, field by field, each with its
-    /// size as it is on disk now. A note file that this save replaces becomes a leftover.
+    /// size as it is on disk now. A note file that this save replaces becomes a leftover; any other
+    /// file that is no longer in the list stays the note's, since the edit may be undone.
     bool saveNote(
         const QString& guid, const std::vector<NewAttachFile>& files, const QString& plainText);
 
@@ -60,7 +62,8 @@ public:
     bool setReadOnly(const QString& guid, bool readOnly);
     bool setBinned(const QString& guid, bool binned);
     int binCount();
-    /// Forgets the notes in the bin. Files that no other note has become leftovers.
+    /// Forgets the notes in the bin. What no other note has or had of their files, those that an
+    /// edit took out included, becomes leftovers.
     bool emptyBin();
 
     /// Calls `remove` with the path of each file that no note refers to any more, and forgets those

@@ -1,5 +1,7 @@
 #include "TestShelf.h"
 
+#include <QSqlError>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,7 +28,14 @@ QSqlDatabase connectionTo(const QString& path)
 
 } // namespace
 
-using ShelfTest = TestShelf;
+class ShelfTest : public TestShelf {
+protected:
+    int rowsOf(const QString& table) const
+    {
+        QSqlQuery row(u"SELECT count(*) FROM "_s + table, connectionTo(databasePath()));
+        return row.next() ? row.value(0).toInt() : -1;
+    }
+};
 
 TEST_F(ShelfTest, FileListComesBackFieldByFieldInItsOrder)
 {
@@ -168,9 +177,7 @@ TEST_F(ShelfTest, EmptyBinForgetsBinnedNotesAlone)
     EXPECT_TRUE(shelf.files(u"drop"_s).empty());
     EXPECT_EQ(shelf.binCount(), 0);
     EXPECT_EQ(found({}), QStringList{u"keep"_s});
-    QSqlQuery index(u"SELECT count(*) FROM note_text"_s, connectionTo(databasePath()));
-    ASSERT_TRUE(index.next());
-    EXPECT_EQ(index.value(0).toInt(), 1);
+    EXPECT_EQ(rowsOf(u"note_text"_s), 1);
 }
 
 TEST_F(ShelfTest, NoteFileThatASaveReplacedIsALeftover)
@@ -200,9 +207,43 @@ TEST_F(ShelfTest, AttachmentTakenOutByAnEditIsKeptUntilTheNoteGoes)
     ASSERT_TRUE(shelf.saveNote(u"g"_s, {record(0, u"1.html"_s, put(u"1.html"_s)), picture}, {}));
     ASSERT_TRUE(shelf.saveNote(u"g"_s, {record(0, u"1.html"_s, put(u"1.html"_s))}, {}));
     EXPECT_EQ(leftovers(shelf), QStringList());
-    ASSERT_TRUE(shelf.saveNote(u"g"_s, {record(0, u"1.html"_s, put(u"1.html"_s)), picture}, {}));
+    ASSERT_TRUE(save(u"g"_s, u"a later edit"_s, u"2.html"_s));
+    EXPECT_EQ(leftovers(shelf), QStringList{storeDir() + u"/1.html"_s});
+    ASSERT_TRUE(shelf.setBinned(u"g"_s, true));
+    EXPECT_EQ(leftovers(shelf), QStringList{storeDir() + u"/1.html"_s}) << "it may be restored";
+    ASSERT_TRUE(shelf.emptyBin());
+    EXPECT_EQ(leftovers(shelf),
+        (QStringList{
+            storeDir() + u"/1.html"_s, storeDir() + u"/2.html"_s, storeDir() + u"/p.png"_s}));
+    EXPECT_EQ(rowsOf(u"former"_s), 0);
+}
+
+TEST_F(ShelfTest, AttachmentThatAnUndoBringsBackIsTheNotesAsBefore)
+{
+    const NewAttachFile note = record(0, u"1.html"_s, put(u"1.html"_s));
+    const NewAttachFile picture = record(1, u"p.png"_s, put(u"p.png"_s));
+    ASSERT_TRUE(shelf.saveNote(u"g"_s, {note, picture}, {}));
+    ASSERT_TRUE(shelf.saveNote(u"g"_s, {note}, {}));
+    EXPECT_EQ(rowsOf(u"former"_s), 1);
+    ASSERT_TRUE(shelf.saveNote(u"g"_s, {note, picture}, {}));
+    EXPECT_EQ(rowsOf(u"former"_s), 0);
     ASSERT_TRUE(shelf.setBinned(u"g"_s, true) && shelf.emptyBin());
     EXPECT_EQ(leftovers(shelf), (QStringList{storeDir() + u"/1.html"_s, storeDir() + u"/p.png"_s}));
+}
+
+TEST_F(ShelfTest, AttachmentThatAnotherNoteHasOrHadIsNoLeftover)
+{
+    const NewAttachFile picture = record(1, u"p.png"_s, put(u"p.png"_s));
+    for (const QString& guid : {u"has"_s, u"had"_s, u"gone"_s})
+        ASSERT_TRUE(shelf.saveNote(guid, {picture}, {}));
+    for (const QString& guid : {u"had"_s, u"gone"_s})
+        ASSERT_TRUE(shelf.saveNote(guid, {}, {}));
+    ASSERT_TRUE(shelf.setBinned(u"gone"_s, true) && shelf.emptyBin());
+    EXPECT_EQ(leftovers(shelf), QStringList());
+    ASSERT_TRUE(shelf.setBinned(u"has"_s, true) && shelf.emptyBin());
+    EXPECT_EQ(leftovers(shelf), QStringList()) << "an undo in the other note may bring it back";
+    ASSERT_TRUE(shelf.setBinned(u"had"_s, true) && shelf.emptyBin());
+    EXPECT_EQ(leftovers(shelf), QStringList{picture.filePath});
 }
 
 TEST_F(ShelfTest, FullDatabaseRefusesTheSaveAndKeepsTheOldState)
@@ -282,11 +323,38 @@ TEST(ShelfOpenTest, RefusesAShelfOfANewerVersion)
     {
         Shelf shelf;
         ASSERT_TRUE(shelf.open(path));
-        ASSERT_TRUE(QSqlQuery(connectionTo(path)).exec(u"PRAGMA user_version = 2"_s));
+        ASSERT_TRUE(QSqlQuery(connectionTo(path)).exec(u"PRAGMA user_version = 3"_s));
     }
     Shelf shelf;
     EXPECT_FALSE(shelf.open(path));
-    EXPECT_EQ(shelf.errorText(), u"unknown version 2"_s);
+    EXPECT_EQ(shelf.errorText(), u"unknown version 3"_s);
+}
+
+TEST(ShelfOpenTest, RaisesAShelfOfVersionOneWithItsNotes)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(u"shelf.sqlite"_s);
+    NewAttachFile picture;
+    picture.fileType = 1;
+    picture.filePath = dir.filePath(u"p.png"_s);
+    {
+        Shelf shelf;
+        ASSERT_TRUE(shelf.open(path) && shelf.saveNote(u"g"_s, {picture}, u"text"_s));
+        QSqlQuery old(connectionTo(path));
+        for (const QString& step :
+            {u"DROP TRIGGER file_taken_out"_s, u"DROP TRIGGER note_deleted"_s,
+                u"DROP TRIGGER file_in_use_again"_s, u"DROP TABLE former"_s,
+                u"CREATE TRIGGER note_deleted BEFORE DELETE ON note BEGIN"
+                " DELETE FROM note_text WHERE rowid = old.id; END"_s,
+                u"PRAGMA user_version = 1"_s})
+            ASSERT_TRUE(old.exec(step)) << qPrintable(old.lastError().text());
+    }
+    Shelf shelf;
+    ASSERT_TRUE(shelf.open(path)) << qPrintable(shelf.errorText());
+    EXPECT_EQ(shelf.note(u"g"_s)->title, u"text"_s);
+    ASSERT_TRUE(shelf.saveNote(u"g"_s, {}, u"text"_s));
+    ASSERT_TRUE(shelf.setBinned(u"g"_s, true) && shelf.emptyBin());
+    EXPECT_EQ(leftovers(shelf), QStringList{picture.filePath});
 }
 
 TEST(ShelfOpenTest, OpensItsOwnFileAgain)

@@ -29,6 +29,22 @@ TEST_F(SweepLeftoversTest, EmptiedBinTakesFilesAndFolderOfTheNote)
         QStringList{u"kept.png"_s});
 }
 
+TEST_F(SweepLeftoversTest, EmptiedBinTakesTheFilesThatEditsTookOut)
+{
+    const NewAttachFile note = record(0, u"g.html"_s, put(u"g.html"_s));
+    ASSERT_TRUE(shelf.saveNote(u"g"_s,
+        {note, record(2, u"d.pdf"_s, put(u"g/a.pdf"_s), u"a.pdf"_s),
+            record(1, u"t.bmp"_s, put(u"t.bmp"_s))},
+        {}));
+    ASSERT_TRUE(shelf.saveNote(u"g"_s, {note}, {}));
+    sweepLeftovers(shelf, storeDir());
+    EXPECT_TRUE(QFile::exists(storeDir() + u"/g/a.pdf"_s)) << "the edit may be undone";
+    EXPECT_TRUE(QFile::exists(storeDir() + u"/t.bmp"_s));
+    ASSERT_TRUE(shelf.setBinned(u"g"_s, true) && shelf.emptyBin());
+    sweepLeftovers(shelf, storeDir());
+    EXPECT_TRUE(QDir(storeDir()).isEmpty());
+}
+
 TEST_F(SweepLeftoversTest, FolderThatStillHoldsAFileStays)
 {
     put(u"g/unknown.txt"_s);
