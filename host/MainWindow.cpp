@@ -92,9 +92,11 @@ void MainWindow::makeList()
         [this](const QModelIndex& now) {
             // Later: to open a note is to wait for the page, and the view is still in its event.
             // By then a save may have put the rows into another order.
-            const QString guid = m_notes->guidAt(now.row());
-            QMetaObject::invokeMethod(
-                this, [this, guid] { openNote(guid); }, Qt::QueuedConnection);
+            const auto later = [this, guid = m_notes->guidAt(now.row()), turn = ++m_turn] {
+                if (turn == m_turn)
+                    openNote(guid);
+            };
+            QMetaObject::invokeMethod(this, later, Qt::QueuedConnection);
         });
     connect(m_list, &QListView::activated, m_pane, [this] { m_pane->setFocus(); });
     m_splitter->addWidget(m_list);
@@ -158,8 +160,9 @@ void MainWindow::start()
 void MainWindow::newNote()
 {
     // The control opens a note without saving the one it holds.
-    if (!m_pane->saveNote())
-        return;
+    const int turn = ++m_turn;
+    if (!m_pane->saveNote() || turn != m_turn)
+        return refresh();
     m_pane->newNote();
     m_search->clear();
     m_showBinAction->setChecked(false);
@@ -169,7 +172,8 @@ void MainWindow::newNote()
 
 void MainWindow::openNote(const QString& guid)
 {
-    if (m_pane->isReady() && guid != m_pane->noteGuid() && m_pane->saveNote()) {
+    const int turn = ++m_turn;
+    if (m_pane->isReady() && guid != m_pane->noteGuid() && m_pane->saveNote() && turn == m_turn) {
         const auto note = m_shelf.note(guid);
         m_pane->openNote(note ? guid : QString(), note && (note->readOnly || note->binned));
         highlight();
@@ -185,7 +189,8 @@ void MainWindow::highlight()
 void MainWindow::setReadOnly(bool readOnly)
 {
     const QString guid = m_pane->noteGuid();
-    if (m_pane->saveNote() && m_shelf.note(guid) && m_shelf.setReadOnly(guid, readOnly))
+    if (m_pane->saveNote() && m_shelf.note(guid) && m_shelf.setReadOnly(guid, readOnly)
+        && guid == m_pane->noteGuid())
         m_pane->setReadOnly(readOnly);
     refresh();
 }
@@ -198,9 +203,12 @@ void MainWindow::setBinned(bool binned)
         return;
     if (!m_shelf.setBinned(guid, binned))
         return complain(m_shelf.errorText());
-    m_pane->openNote({}, true);
+    const bool isStillOpen = guid == m_pane->noteGuid();
+    if (isStillOpen)
+        m_pane->openNote({}, true);
     refresh();
-    openNote(m_notes->guidAt(qMin(row, m_notes->rowCount() - 1)));
+    if (isStillOpen)
+        openNote(m_notes->guidAt(qMin(row, m_notes->rowCount() - 1)));
     if (m_notes->rowCount() == 0)
         m_showBinAction->setChecked(false);
 }
@@ -210,10 +218,13 @@ void MainWindow::emptyBin()
     const QString question = tr("Delete the notes in the bin for good?");
     if (QMessageBox::question(this, windowTitle(), question) != QMessageBox::Yes)
         return;
+    // Another note is open under the bin when it could not be saved: its text is in the page alone.
+    const bool isOpenOneBinned = m_shelf.note(m_pane->noteGuid()).value_or(NoteSummary()).binned;
     if (!m_shelf.emptyBin())
         return complain(m_shelf.errorText());
     sweepLeftovers(m_shelf, m_storeDir);
-    m_pane->openNote({}, true);
+    if (isOpenOneBinned)
+        m_pane->openNote({}, true);
     m_showBinAction->setChecked(false);
 }
 
@@ -256,11 +267,10 @@ void MainWindow::showNote()
     const NoteSummary note = m_shelf.note(m_pane->noteGuid()).value_or(NoteSummary());
     const bool open = !m_pane->noteGuid().isEmpty();
     m_stack->setCurrentIndex(open || !m_pane->isReady() ? 0 : 1);
-    m_figures->setText(!open
-            ? QString()
-            : tr("%1 words · %2 attachments · %3")
-                  .arg(QString::number(note.words), QString::number(note.attachments),
-                      locale().formattedDataSize(note.bytes)));
+    const QStringList figures{note.words == 1 ? tr("1 word") : tr("%1 words").arg(note.words),
+        note.attachments == 1 ? tr("1 attachment") : tr("%1 attachments").arg(note.attachments),
+        locale().formattedDataSize(note.bytes)};
+    m_figures->setText(open ? figures.join(u" · "_s) : QString());
     m_files->showNote(m_pane->noteGuid(), note.readOnly || note.binned);
     m_readOnlyAction->setChecked(note.readOnly);
     m_readOnlyAction->setEnabled(open && !note.binned);

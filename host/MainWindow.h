@@ -40,6 +40,9 @@ private:
     void refresh();
     void showNote();
 
+    /// Counts the notes that were asked for. A save waits for the page, and what is queued
+    /// meanwhile runs inside it: who finds the count changed behind a save gives way to the newer.
+    int m_turn = 0;
     Shelf& m_shelf;
     const QString m_storeDir;
     QSettings& m_settings;
