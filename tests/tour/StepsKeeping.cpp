@@ -1,6 +1,7 @@
 #include "Steps.h"
 #include "Tour.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -95,8 +96,8 @@ void attachmentOpensOnTheDesktop(Tour& tour)
         && write(tour.records.storeDir() + u"/d2.svg"_s, picture)
         && write(tour.records.storeDir() + u"/imported.html"_s, html);
     const bool shelved =
-        tour.records.change(
-            u"INSERT INTO note (guid, title, changed) VALUES (?, 'Imported', 9e12)"_s, {guid})
+        tour.records.change(u"INSERT INTO note (guid, title, changed) VALUES (?, 'Imported', ?)"_s,
+            {guid, QDateTime::currentMSecsSinceEpoch()})
         && tour.records.change(
             u"INSERT INTO file VALUES (?, 0, '', '', 0, '', 'html', 'imported.html', ?, 0, 1)"_s,
             {guid, tour.records.storeDir() + u"/imported.html"_s})

@@ -24,14 +24,6 @@ void expectOnShelf(Tour& tour, const QString& name, bool isThere)
     });
 }
 
-/// Waits until what the page holds is on the screen, for the sake of the picture.
-void expectPainted(Tour& tour)
-{
-    tour.page(u"globalThis.tourPainted = false, requestAnimationFrame("
-              "() => requestAnimationFrame(() => globalThis.tourPainted = true))"_s);
-    tour.expectPage(u"globalThis.tourPainted"_s);
-}
-
 } // namespace
 
 void theBarFoldsAndIsDragged(Tour& tour)
@@ -66,13 +58,13 @@ void anAttachmentIsRemovedInTheListAndComesBack(Tour& tour)
     tour.key(u"Delete"_s);
     tour.expectPage(attachments + u" === 7"_s);
     expectOnShelf(tour, name, false);
-    expectPainted(tour);
+    tour.expectPainted();
     tour.shot(u"removed"_s);
     tour.clickNote();
     tour.key(u"ctrl+z"_s);
     tour.expectPage(attachments + u" === 8"_s);
     tour.key(u"ctrl+s"_s);
     expectOnShelf(tour, name, true);
-    expectPainted(tour);
+    tour.expectPainted();
     tour.shot(u"back-again"_s);
 }

@@ -123,6 +123,9 @@ void linkByItsKey(Tour& tour)
     tour.key(u"Return"_s);
     tour.expectPage(noteDocument
         + u".querySelector('a')?.getAttribute('href') === 'https://example.org/milk'"_s);
+    tour.key(u"ctrl+End"_s); // the link's bubble would cover the line below
+    tour.expectPage(u"!document.querySelector('.link-bubble')"_s);
+    tour.expectPainted();
     tour.shot(u"all-formats"_s);
 }
 

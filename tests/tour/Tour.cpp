@@ -335,6 +335,13 @@ void Tour::expectPage(const QString& expression)
     expect(expression, [&] { return page(u"Boolean(%1)"_s.arg(expression)).toBool(); });
 }
 
+void Tour::expectPainted()
+{
+    page(u"globalThis.tourPainted = false, requestAnimationFrame("
+         "() => requestAnimationFrame(() => globalThis.tourPainted = true))"_s);
+    expectPage(u"globalThis.tourPainted"_s);
+}
+
 void Tour::expectWindow(const QString& program, int count)
 {
     expect(u"%1 has %2 windows"_s.arg(program).arg(count), [&] {

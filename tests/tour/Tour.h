@@ -72,6 +72,8 @@ public:
     bool isShown(QRgb colour);
     /// Waits until the expression holds in the page.
     void expectPage(const QString& expression);
+    /// Waits until what the page holds is on the screen, for the sake of a picture.
+    void expectPainted();
     void expectText(const QString& text);
     void expect(const QString& what, const std::function<bool()>& holds, int milliseconds = 10'000);
     /// Waits until the program has that many windows on the screen.
