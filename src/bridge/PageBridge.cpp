@@ -299,11 +299,11 @@ std::vector<std::pair<QString, QStringList>> PageBridge::restoringCalls()
 void PageBridge::takeDraft(const QString& json)
 {
     const std::optional<JsonObject> value = JsonObject::parse(json);
-    if (value && isOfThisText(*value) && value->has("html"))
+    if (value && isOfThisText(value->integer("load")) && value->has("html"))
         m_note.m_draft = value->text("html");
 }
 
-bool PageBridge::isOfThisText(const JsonObject& message) const
+bool PageBridge::isOfThisText(int load) const
 {
-    return !m_sendingText && message.integer("load") == m_textsSent;
+    return !m_sendingText && load == m_textsSent;
 }

@@ -63,9 +63,9 @@ public:
     /// Takes the page's draft, a JSON text with `load` and `html`. One that belongs to an earlier
     /// text of the page is dropped.
     void takeDraft(const QString& json);
-    /// Whether the page's message, which tells its `load`, belongs to the text that the page was
-    /// given last.
-    bool isOfThisText(const JsonObject& message) const;
+    /// Whether a message of the page that tells this `load` belongs to the text that the page was
+    /// given last, and not to one before it.
+    bool isOfThisText(int load) const;
 
 private:
     /// The three log texts of a method; the first takes the page's message for "%s".

@@ -163,8 +163,9 @@ std::optional<DropFileInfo> ReadPastedPicture(const QString& source, const std::
     return png.isEmpty() ? std::nullopt : temporaryPicture(png, "png");
 }
 
-PastedPictures::PastedPictures(Adder& adder, Post post)
+PastedPictures::PastedPictures(Adder& adder, IsShown isShown, Post post)
     : m_adder(adder)
+    , m_isShown(std::move(isShown))
     , m_post(std::move(post))
 {
 }
@@ -173,7 +174,8 @@ void PastedPictures::import(const QString& request)
 {
     const QJsonObject asked = QJsonDocument::fromJson(request.toUtf8()).object();
     const QJsonValue paste = asked.value(u"paste");
-    if (!paste.isDouble() || !asked.value(u"sources").isArray())
+    if (!paste.isDouble() || !asked.value(u"sources").isArray()
+        || !m_isShown(asked.value(u"load").toInt(-1)))
         return;
     const QJsonArray sources = asked.value(u"sources").toArray();
     const bool anyFile = std::any_of(sources.begin(), sources.end(),

@@ -33,22 +33,25 @@ std::optional<DropFileInfo> ReadPastedPicture(
 /// Carries out what the page asks for when HTML with such pictures is pasted, and answers it.
 class PastedPictures {
 public:
+    /// Whether the page still shows the text of that number.
+    using IsShown = std::function<bool(int load)>;
     /// Sends the page a message of the private channel.
     using Post = std::function<void(const QString& kind, const QString& text)>;
 
     /// Nothing is owned.
-    PastedPictures(Adder& adder, Post post);
+    PastedPictures(Adder& adder, IsShown isShown, Post post);
 
-    /// `request`: {"paste": number, "sources": [address, …]}. Tells the page the digest of each
-    /// picture ("pictures"), adds them as it adds dropped files, with the same rules and messages,
-    /// and tells the page that all is done ("picturesDone"). The digest is empty for what is no
-    /// picture or fits into no note, and behind the first `kMostFiles` sources, which alone are
-    /// read. What is no such request is ignored.
+    /// `request`: {"load": number, "paste": number, "sources": [address, …]}. Tells the page the
+    /// digest of each picture ("pictures"), adds them as it adds dropped files, with the same rules
+    /// and messages, and tells the page that all is done ("picturesDone"). The digest is empty for
+    /// what is no picture or fits into no note, and behind the first `kMostFiles` sources, which
+    /// alone are read. What is no such request, or is of a text that has gone by now, is ignored.
     /// Waits for the page: not to be called inside a task of the engine.
     void import(const QString& request);
 
 private:
     Adder& m_adder;
+    IsShown m_isShown;
     Post m_post;
 };
 

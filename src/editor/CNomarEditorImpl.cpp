@@ -101,10 +101,12 @@ void CNomarEditorImpl::OnPrivateMessage(const QString& kind, const QString& text
         // Later: the import waits for the page, which is not possible inside its own message.
         QTimer::singleShot(1, this, [this, text] {
             DispatchInOrder([this, text] {
+                NmWebNoteHandler::Rooms& rooms = *m_handler.d;
+                const auto isShown = [&](int load) { return rooms.bridge.isOfThisText(load); };
                 const auto post = [this](const QString& reply, const QString& argument) {
                     PostPrivate(reply, argument);
                 };
-                clipdrag::PastedPictures(m_handler.d->adder, post).import(text);
+                clipdrag::PastedPictures(rooms.adder, isShown, post).import(text);
             });
         });
 }

@@ -32,6 +32,8 @@ QString dataOf(const QByteArray& bytes, const QString& type = QStringLiteral("im
 
 struct PastedPicture : Adding {
     std::vector<DropFileInfo> made;
+    int shown = 3; ///< The number of the text in the page.
+    clipdrag::PastedPictures::IsShown isShown = [this](int load) { return load == shown; };
 
     std::optional<DropFileInfo> read(const QString& source, const std::set<QString>& named = {})
     {
@@ -48,15 +50,16 @@ struct PastedPicture : Adding {
     QStringList digestsOf(const QJsonArray& sources)
     {
         QStringList digests;
-        clipdrag::PastedPictures pictures(*adder, [&](const QString& kind, const QString& text) {
+        const auto post = [&](const QString& kind, const QString& text) {
             const QJsonObject told = QJsonDocument::fromJson(text.toUtf8()).object();
             if (kind == u"pictures") {
                 for (const QJsonValue& digest : told.value(u"digests").toArray())
                     digests << digest.toString();
             }
-        });
-        const QJsonObject request{
-            {QStringLiteral("paste"), 1}, {QStringLiteral("sources"), sources}};
+        };
+        clipdrag::PastedPictures pictures(*adder, isShown, post);
+        const QJsonObject request{{QStringLiteral("load"), 3}, {QStringLiteral("paste"), 1},
+            {QStringLiteral("sources"), sources}};
         pictures.import(QString::fromUtf8(QJsonDocument(request).toJson()));
         return digests;
     }
@@ -154,13 +157,14 @@ TEST_F(PastedPicture, ClipboardNamesThePicturesOfItsHtml)
 TEST_F(PastedPicture, RequestIsAnsweredWithDigestsThenAttachmentsThenTheEnd)
 {
     QStringList order;
-    clipdrag::PastedPictures pictures(*adder, [&](const QString& kind, const QString& text) {
+    const auto post = [&](const QString& kind, const QString& text) {
         order << kind + u' ' + text;
         if (kind == u"picturesDone") {
             EXPECT_EQ(page.count(QStringLiteral("AddPicToEditor")), 1);
         }
-    });
-    const QJsonObject request{{QStringLiteral("paste"), 3},
+    };
+    clipdrag::PastedPictures pictures(*adder, isShown, post);
+    const QJsonObject request{{QStringLiteral("load"), shown}, {QStringLiteral("paste"), 3},
         {QStringLiteral("sources"),
             QJsonArray{QStringLiteral("data:image/png;base64,%%"), dataOf(encoded("PNG"))}}};
     pictures.import(QString::fromUtf8(QJsonDocument(request).toJson()));
@@ -235,9 +239,22 @@ TEST_F(PastedPicture, TheSizeOfWhatBecomesPngIsThatOfThePng)
 
 TEST_F(PastedPicture, RubbishIsIgnored)
 {
-    clipdrag::PastedPictures pictures(
-        *adder, [](const QString& kind, const QString&) { ADD_FAILURE() << qPrintable(kind); });
+    clipdrag::PastedPictures pictures(*adder, isShown,
+        [](const QString& kind, const QString&) { ADD_FAILURE() << qPrintable(kind); });
     for (const char* request :
-        {"", "[]", "{}", "{\"paste\":1}", "{\"paste\":\"1\",\"sources\":[]}", "\xff"})
+        {"", "[]", "{}", "{\"load\":3,\"paste\":1}", "{\"load\":3,\"paste\":\"1\",\"sources\":[]}",
+            "{\"paste\":1,\"sources\":[]}", "{\"load\":\"3\",\"paste\":1,\"sources\":[]}", "\xff"})
         pictures.import(QString::fromUtf8(request));
+}
+
+TEST_F(PastedPicture, OfATextThatHasGoneByNowComesIntoNoNote)
+{
+    shown = 4;
+    const QStringList before = temporaryFiles();
+    EXPECT_TRUE(digestsOf({dataOf(encoded("PNG"))}).isEmpty());
+    EXPECT_TRUE(page.order.isEmpty());
+    EXPECT_EQ(temporaryFiles(), before);
+    shown = 3;
+    EXPECT_EQ(digestsOf({dataOf(encoded("PNG"))}).size(), 1);
+    EXPECT_EQ(added().size(), 1);
 }

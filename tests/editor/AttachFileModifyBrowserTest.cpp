@@ -196,8 +196,8 @@ TEST_F(AttachFileModify, ARefusalOfThePageIsInTheLogAndTheSavePathStillRuns)
         " : ok(m === 'GetEditorContent' ? {ehtml: 'x', etext: 'x'} : {});");
     SyncFileModifyArg arg = changed(guid, kPicture, "refused");
     control().OnAttachFileModify(&arg);
-    EXPECT_EQ(
-        log.take(), QStringList(QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：\u6F6E")));
+    EXPECT_EQ(log.take(),
+        QStringList(QStringLiteral("[ERROR] 修改附件class属性值失败，错误信息：\u6F6E")));
     EXPECT_EQ(host().saves.size(), 1u);
 }
 

@@ -2,6 +2,8 @@
 
 #include "editor/ControlFixture.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QTimer>
 
 namespace {
@@ -159,4 +161,30 @@ TEST_F(ControlWaits, ABrowserTakenDownDuringASaveLeavesTheLastTextThatIsKnown)
     control().SaveEditor();
     EXPECT_TRUE(host().saves.empty());
     EXPECT_EQ(control().lastHtml(), first);
+}
+
+TEST_F(ControlWaits, PicturesOfAPasteAreNotForANoteThatWasOpenedMeanwhile)
+{
+    start();
+    newNote(); // The first text of this page.
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer out(&png);
+    ASSERT_TRUE(image.save(&out, "PNG"));
+    const auto ask = [&](int load) {
+        bench->js(QStringLiteral("nomarPrivate.post('pictures', JSON.stringify({load: %1, paste: 1,"
+                                 " sources: ['data:image/png;base64,%2']})); 1")
+                      .arg(load)
+                      .arg(QString::fromLatin1(png.toBase64())));
+    };
+    const auto added = [&] { return calls(QStringLiteral("AddPicToEditor")).size(); };
+    ask(1);
+    ASSERT_TRUE(waitFor([&] { return added() == 1; }));
+    newNote();
+    ask(1); // From the note before.
+    ask(2);
+    ASSERT_TRUE(waitFor([&] { return added() == 2; }));
+    QTest::qWait(50);
+    EXPECT_EQ(added(), 2);
 }

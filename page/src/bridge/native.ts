@@ -41,8 +41,8 @@ export const channel = {
         window.nomarPrivate?.post("draft", `{"load":${load},"html":"${html}"}`),
     copied: () => window.nomarPrivate?.post("copied", ""),
     connected: () => window.nomarPrivate !== undefined,
-    pictures: (paste: number, sources: string[]) =>
-        window.nomarPrivate?.post("pictures", JSON.stringify({ paste, sources })),
+    pictures: (load: number, paste: number, sources: string[]) =>
+        window.nomarPrivate?.post("pictures", JSON.stringify({ load, paste, sources })),
 };
 
 export const settings = {
