@@ -8,6 +8,8 @@
 #include "support/Log.h"
 #include "support/Paths.h"
 
+#include <algorithm>
+
 namespace attachstore {
 namespace {
 
@@ -19,8 +21,22 @@ int failed(const char* what)
     return 0;
 }
 
+bool isHexDigit(QChar digit)
+{
+    return (digit >= u'0' && digit <= u'9') || (digit >= u'a' && digit <= u'f')
+        || (digit >= u'A' && digit <= u'F');
+}
+
+// It becomes a part of a path on disk, and whoever sends the change has written it.
+bool isDigest(const QString& md5)
+{
+    return md5.size() == 32 && std::all_of(md5.begin(), md5.end(), isHexDigit);
+}
+
 int storePicture(const ChangedFile& file, QString& thumbName)
 {
+    if (!isDigest(file.md5))
+        return failed("copy file fald ! ");
     const QString newName = file.md5 + file.origName.sliced(file.origName.lastIndexOf(u'.'));
     const QString path = notestore::StoreBase() + newName;
     if (!IsFileExist(path) && CopyFileNoReplace(file.path, path, file.stamp))
@@ -59,7 +75,7 @@ int GenerateThumbPic(const ChangedFile& file, QString& thumbName)
 
 QString HashNameOf(const ChangedFile& file)
 {
-    return file.md5 + u'.' + GetFileExt(file.origName);
+    return file.md5 + u'.' + UsableExtension(GetFileExt(file.origName));
 }
 
 } // namespace attachstore

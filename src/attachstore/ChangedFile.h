@@ -24,12 +24,13 @@ struct ChangedFile {
 /// digest name, or a new card with the present time. What is there of that name stays; so does what
 /// the note showed until now. `thumbName` receives the file's name.
 ///
-/// Returns 1, or 0 after a failure, which is logged; no temporary file is left then. For the user
-/// interface's thread alone.
+/// Returns 1, or 0 after a failure, which is logged; no temporary file is left then. A picture
+/// whose `md5` is no digest (32 hexadecimal digits) is a failed copy, as it would name another file
+/// of the disk. For the user interface's thread alone.
 int GenerateThumbPic(const ChangedFile& file, QString& thumbName);
 
 /// The name under which the note refers to the new content (`class`): the digest, a dot, and the
-/// extension with its case.
+/// extension with its case, or "unknow" for one that cannot stand there: UsableExtension.
 /// Kept: all of a name without a dot is its extension.
 QString HashNameOf(const ChangedFile& file);
 

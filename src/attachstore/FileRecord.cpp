@@ -32,14 +32,6 @@ QString nameOf(const QString& path)
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-// Behind a digest it must still be one file name.
-QString usableExtension(const QString& name)
-{
-    const QString extension = GetFileStuffx(name);
-    const QString digestName = QString(32, u'0') + u'.' + extension;
-    return IsSafeFileName(digestName) ? extension : kNoExtension;
-}
-
 } // namespace
 
 std::optional<DropFileInfo> RecordOfPath(const QString& path)
@@ -53,7 +45,7 @@ std::optional<DropFileInfo> RecordOfPath(const QString& path)
     record.filePath = path;
     record.origName = LegalName(nameOf(path));
     record.fileName = record.origName;
-    record.fileExt = usableExtension(record.fileName);
+    record.fileExt = UsableExtension(GetFileStuffx(record.fileName));
     record.fileSize = static_cast<quint64>(file.size());
     record.fileTime = FormatCurTime();
     return record;
@@ -63,6 +55,12 @@ QString GetFileStuffx(const QString& name)
 {
     const qsizetype dot = name.lastIndexOf(u'.');
     return dot < 0 ? kNoExtension : name.sliced(dot + 1).toLower();
+}
+
+QString UsableExtension(const QString& extension)
+{
+    const QString digestName = QString(32, u'0') + u'.' + extension;
+    return IsSafeFileName(digestName) ? extension : kNoExtension;
 }
 
 QString FormatCurTime()

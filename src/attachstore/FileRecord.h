@@ -14,12 +14,16 @@ namespace attachstore {
 /// socket, which are never waited for. A link stands for what it leads to. A file on disk may have
 /// any name; the record's names are legal ones (`LegalName.h`). Nothing is logged.
 ///
-/// An extension that is too long to stand behind a digest in one file name counts as none.
+/// The extension is a usable one: UsableExtension.
 std::optional<DropFileInfo> RecordOfPath(const QString& path);
 
 /// What stands behind the last dot of a name, in lower case: empty if the name ends with it, and
 /// "unknow" if there is none.
 QString GetFileStuffx(const QString& name);
+
+/// An extension as it may stand behind a digest: "unknow" for one that would make no file name of
+/// the store, as it is longer than 222 bytes or has a separator or NUL in it.
+QString UsableExtension(const QString& extension);
 
 /// Now as "%Y/%m/%d %H:%M".
 QString FormatCurTime();

@@ -41,7 +41,7 @@ DropFileInfo recordOf(const NewAttachFile& attachment, quint64 size)
     DropFileInfo info;
     info.filePath = attachment.filePath;
     info.origName = info.fileName = attachment.origName;
-    info.fileExt = attachstore::GetFileStuffx(attachment.origName);
+    info.fileExt = attachstore::UsableExtension(attachstore::GetFileStuffx(attachment.origName));
     info.fileSize = size;
     info.fileTime = attachstore::FormatCurTime();
     return info;
@@ -143,8 +143,8 @@ long Paste::DoCopyClipboardHtml()
     if (result.attNewList.empty())
         return E_NOTIMPL;
     std::string html;
-    noteattach::UpdateAttachAttValue2(fragment, result.attNewList, html);
-    CHtmlClipboard::SetHtmlText(html);
+    if (noteattach::UpdateAttachAttValue2(fragment, result.attNewList, html))
+        CHtmlClipboard::SetHtmlText(html);
     for (const CopiedFileSize& file : result.fileSizeList)
         m_note.EnterAttachFile(file.fileName, file.secondName, file.fileSize);
     return E_NOTIMPL;

@@ -2,7 +2,10 @@
 
 #include "attachstore/FileRecord.h"
 #include "attachstore/ImportFixture.h"
+#include "noteattach/AttachList.h"
+#include "noteattach/Elements.h"
 #include "support/FileMd5.h"
+#include "support/Paths.h"
 
 using namespace attachstore;
 
@@ -143,6 +146,54 @@ TEST_F(GenerateThumbPicTest, ANameWithoutADotHasACardAndIsItsOwnExtension)
     EXPECT_EQ(GenerateThumbPic(file, thumb), 1);
     EXPECT_TRUE(thumb.endsWith(QStringLiteral(".bmp")));
     EXPECT_EQ(HashNameOf(file), file.md5 + QStringLiteral(".README"));
+}
+
+TEST_F(GenerateThumbPicTest, AnExtensionTooLongToStandBehindADigestLeavesTheRecordItsPath)
+{
+    for (const QString& name : {QString(240, u'x'), QString(75, u'报'),
+             QStringLiteral("a.") + QString(240, u'x'), QString(84, u'报') + u'.'}) {
+        const ChangedFile file = changed(name, "content");
+        const QString hashName = HashNameOf(file);
+        EXPECT_TRUE(IsSafeFileName(hashName)) << hashName.toStdString();
+        std::vector<NewAttachFile> list;
+        ASSERT_EQ(noteattach::ParseAttList(
+                      kNote, attachment(hashName, QStringLiteral("c.bmp"), name), list, nullptr),
+            1);
+        ASSERT_EQ(list.size(), 2u);
+        EXPECT_EQ(list[0].filePath, file.path) << name.toStdString();
+    }
+    EXPECT_EQ(HashNameOf(changed(QString(240, u'x'), "content")),
+        FileMd5(working(QString(240, u'x'))) + QStringLiteral(".unknow"));
+}
+
+TEST_F(GenerateThumbPicTest, APictureWhoseDigestIsNoneIsAFailedCopy)
+{
+    ChangedFile file = changed(QStringLiteral("p.png"), "one");
+    const QString digest = file.md5;
+    const QStringList outside = QDir(m_store.appDir()).entryList();
+    for (const QString& md5 :
+        {QString(), digest.first(31), digest + u'0', QString(32, u'g'), QString(32, u'０'),
+            QString(32, QChar(u'\0')), QStringLiteral("../../") + digest.first(26),
+            QStringLiteral("..\\..\\") + digest.first(26),
+            kNote.first(16) + u'/' + digest.first(15), QStringLiteral("/") + digest,
+            QStringLiteral("..")}) {
+        file.md5 = md5;
+        expectFailed(file, kCopyFailed);
+    }
+    EXPECT_EQ(QDir(m_store.appDir()).entryList(), outside);
+    // Nor does a file serve that stands there.
+    file.md5.clear();
+    m_store.write(QStringLiteral(".png"), "hidden");
+    expectFailed(file, kCopyFailed);
+}
+
+TEST_F(GenerateThumbPicTest, ADigestInUpperCaseIsOne)
+{
+    ChangedFile file = changed(QStringLiteral("p.png"), "one");
+    file.md5 = file.md5.toUpper();
+    QString thumb;
+    EXPECT_EQ(GenerateThumbPic(file, thumb), 1);
+    EXPECT_EQ(thumb, file.md5 + QStringLiteral(".png"));
 }
 
 TEST_F(GenerateThumbPicTest, AFailedCardIsLogged)

@@ -56,6 +56,17 @@ TEST(GetFileStuffx, ANameThatEndsInADotHasTheEmptyExtension)
     EXPECT_EQ(GetFileStuffx(QStringLiteral("odd.")), QString());
 }
 
+TEST(UsableExtension, WhatMakesNoFileNameBehindADigestIsTheFallback)
+{
+    const QString longest(222, u'x');
+    for (const QString& usable : {QString(), QStringLiteral("txt"), QStringLiteral("JPG"),
+             QStringLiteral("a \"b\"\n"), longest, QString(74, u'报')})
+        EXPECT_EQ(UsableExtension(usable), usable) << usable.toStdString();
+    for (const QString& other : {longest + u'x', QString(75, u'报'), QStringLiteral("a/b"),
+             QStringLiteral("a\\b"), QString(QChar(u'\0')), QString(100'000, u'x')})
+        EXPECT_EQ(UsableExtension(other), QStringLiteral("unknow")) << other.toStdString();
+}
+
 TEST(FormatCurTime, HasSlashesAndNoSeconds)
 {
     const QString before = FormatCurTime();
