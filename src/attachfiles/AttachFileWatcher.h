@@ -27,7 +27,8 @@ struct ChangedCopy;
 /// nobody watched. Size and digest are computed on a thread of the watcher's own, which sleeps
 /// while nothing happens. New note folders, a store that is deleted and made anew, and events that
 /// the system lost are taken care of. Folders beyond the system's limit of watches
-/// (fs.inotify.max_user_watches) are looked through every ten seconds, with one line in the log.
+/// (fs.inotify.max_user_watches), and such as cannot be read at the moment, are looked through
+/// every ten seconds, with one line in the log.
 ///
 /// All operations belong to the thread of the user interface.
 class NOMAR_EXPORT AttachFileWatcher : public QObject {

@@ -50,6 +50,11 @@ StoreWatch::StoreWatch(
     , m_settling(times.settling)
     , m_wake(::eventfd(0, EFD_CLOEXEC))
 {
+    if (m_wake < 0) {
+        // Nothing could end the thread's wait.
+        log("has no event descriptor and watches nothing");
+        return;
+    }
     try {
         m_thread = std::thread([this] {
             try {
@@ -65,6 +70,8 @@ StoreWatch::StoreWatch(
 
 StoreWatch::~StoreWatch()
 {
+    if (m_wake < 0)
+        return;
     m_stop = true;
     ::eventfd_write(m_wake, 1);
     if (m_thread.joinable())

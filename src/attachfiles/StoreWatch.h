@@ -30,7 +30,8 @@ struct ChangedCopy {
 /// Files that were there at the beginning count from what they were then.
 ///
 /// The thread sleeps until something happens; only as long as a folder cannot be watched it wakes
-/// up every few seconds.
+/// up every few seconds. Where no thread or no descriptor is to be had nothing is watched, and the
+/// log says so.
 class StoreWatch {
 public:
     /// All are called on the watch's own thread.
@@ -64,7 +65,7 @@ private:
     WatchedStore m_store;
     Settling m_settling;
     std::chrono::steady_clock::time_point m_nextLook;
-    int m_wake = -1; // an event descriptor; written to by the destructor
+    const int m_wake; // an event descriptor, or negative; written to by the destructor
     std::atomic<bool> m_stop = false;
     std::thread m_thread; // last: it uses all of the above
 };

@@ -24,6 +24,11 @@ Directory openDirectory(const std::string& path)
     return {::opendir(path.c_str()), ::closedir};
 }
 
+bool isGone(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
 // Calls `act` with each entry but the two that every directory has.
 template <typename Act> void forEachEntry(DIR* directory, Act act)
 {
@@ -104,9 +109,8 @@ bool WatchedStore::openStore()
             replaceWatch(m_aboveWatch, -1);
             return true;
         }
-        if (watch != -ENOENT && watch != -ENOTDIR) {
-            m_unwatched.insert(std::string());
-            complainOnce(-watch);
+        if (!isGone(-watch)) {
+            lookLater(std::string(), -watch);
             return true;
         }
         // It comes with a change of the nearest folder above it that is there.
@@ -125,7 +129,7 @@ int WatchedStore::watchAbove()
 {
     std::string above = m_store;
     int watch = -ENOENT;
-    while ((watch == -ENOENT || watch == -ENOTDIR) && above.size() > 1) {
+    while (isGone(-watch) && above.size() > 1) {
         above.erase(std::max<std::size_t>(above.rfind('/'), 1));
         watch = m_events.add(above);
     }
@@ -156,7 +160,7 @@ void WatchedStore::readStore(Reading reading)
 {
     const Directory store = openDirectory(m_store);
     if (!store)
-        return;
+        return lookLater(std::string(), errno);
     std::set<std::string> gone;
     for (const auto& [name, folder] : m_folders)
         gone.insert(name);
@@ -177,8 +181,10 @@ void WatchedStore::readFolder(const std::string& name, Reading reading)
     // The watch first: what comes in while the folder is read is then met twice, not missed.
     if (!watchFolder(name))
         return forget(name);
-    if (const Directory folder = openDirectory(m_store + '/' + name))
-        readFiles(name, folder.get(), reading);
+    const Directory folder = openDirectory(m_store + '/' + name);
+    if (!folder)
+        return lookLater(name, errno);
+    readFiles(name, folder.get(), reading);
 }
 
 void WatchedStore::readFiles(const std::string& name, DIR* folder, Reading reading)
@@ -204,7 +210,7 @@ void WatchedStore::readFiles(const std::string& name, DIR* folder, Reading readi
 bool WatchedStore::watchFolder(const std::string& name)
 {
     const int watch = m_events.add(m_store + '/' + name);
-    if (watch == -ENOENT || watch == -ENOTDIR)
+    if (isGone(-watch))
         return false;
     Folder& folder = m_folders[name];
     if (folder.watch != watch)
@@ -214,10 +220,19 @@ bool WatchedStore::watchFolder(const std::string& name)
         m_names[watch] = name;
         m_unwatched.erase(name);
     } else {
-        m_unwatched.insert(name);
-        complainOnce(-watch);
+        lookLater(name, -watch);
     }
     return true;
+}
+
+// A folder that cannot be watched, or not be read, as when there are no file descriptors left. Its
+// files are not known until it can.
+void WatchedStore::lookLater(const std::string& name, int error)
+{
+    if (isGone(error))
+        return;
+    m_unwatched.insert(name);
+    complainOnce(error);
 }
 
 void WatchedStore::forget(const std::string& name)

@@ -24,9 +24,10 @@ struct CopyName {
 
 /// The store and the note folders in it, under watch, and what is known of each working copy.
 ///
-/// One watch for the store and one for each folder in it, no more. A folder that cannot be watched
-/// is looked through from time to time instead. When the store itself is missing, the nearest
-/// folder above it is watched until it is there again.
+/// One watch for the store and one for each folder in it, no more. A folder that cannot be watched,
+/// or not be read, is looked through from time to time instead, and the log says so once for each
+/// reason. When the store itself is missing, the nearest folder above it is watched until it is
+/// there again.
 ///
 /// All of it belongs to one thread.
 class WatchedStore {
@@ -47,7 +48,7 @@ public:
     void take(const FolderEvent& event);
     /// Compares all of the store with what is known, by size and time: after events were lost.
     void rescan();
-    /// Compares what cannot be watched, and tries again to watch it.
+    /// Compares what could not be watched or read, and tries again to watch it.
     void lookAtUnwatched();
 
     /// Whether there is anything for lookAtUnwatched.
@@ -75,6 +76,7 @@ private:
     bool watchFolder(const std::string& name);
     void forget(const std::string& name);
     void selfWent(int watch);
+    void lookLater(const std::string& name, int error);
     void complainOnce(int error);
 
     const std::string m_store;

@@ -23,8 +23,28 @@ struct StoreWatchFoldersTest : Watching {
         }
         return false;
     }
+    /// Watches the real store, which gets the mark that `settle` needs.
+    void startAtTheStore()
+    {
+        store = GetAttachmentDir();
+        sh(QStringLiteral("mkdir -p g && printf 0 > g/mark"));
+        start();
+    }
+    void importPicture(const QString& guid)
+    {
+        const QString source = dir.filePath(QStringLiteral("p.png"));
+        QFile file(source);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("picture");
+        file.close();
+        MAF_RESULT imported;
+        ASSERT_EQ(attachstore::MoveAttFile(guid, *attachstore::RecordOfPath(source), imported), 1);
+    }
 };
 
+const QStringList kUnreadable{QStringLiteral(
+    "[ERROR] AttachFileWatcher cannot watch all folders of the store (error code 24); it looks "
+    "through the others every few seconds")};
 const QStringList kOnlyA{QStringLiteral("g/a.txt")};
 const QStringList kOnlyB{QStringLiteral("n/b.txt")};
 
@@ -159,19 +179,46 @@ TEST_F(StoreWatchFoldersTest, FoldersBeyondTheLimitAreLookedThroughAndToldOfOnce
     EXPECT_TRUE(waitFor([&] { return faults.watches == 5; }));
 }
 
+TEST_F(StoreWatchFoldersTest, AStoreThatCannotBeReadAtTheStartIsWatchedLaterAndToldOfOnce)
+{
+    LogLines log;
+    faults.starvingAdd = 1;
+    start();
+    EXPECT_EQ(folders(), 0);
+    EXPECT_TRUE(changesAreTold());
+    EXPECT_EQ(log.take(), kUnreadable);
+}
+
+TEST_F(StoreWatchFoldersTest, AFolderThatCannotBeReadAtTheStartIsReadLaterAndToldOfOnce)
+{
+    LogLines log;
+    faults.starvingAdd = 2;
+    start();
+    ASSERT_TRUE(waitFor([&] { return faults.adds > 2; })); // it is looked at again
+    EXPECT_TRUE(changesAreTold());
+    EXPECT_EQ(log.take(), kUnreadable);
+}
+
+TEST_F(StoreWatchFoldersTest, WithoutADescriptorForItsEndItWatchesNothingSaysSoAndEnds)
+{
+    LogLines log;
+    auto events = std::make_unique<FaultyEvents>(faults);
+    {
+        const NoDescriptors none;
+        make({}, std::move(events));
+    }
+    EXPECT_EQ(log.take(),
+        QStringList(QStringLiteral(
+            "[ERROR] AttachFileWatcher has no event descriptor and watches nothing")));
+    stop();
+    EXPECT_EQ(folders(), -1);
+}
+
 TEST_F(StoreWatchFoldersTest, TheLibrarysOwnWritesAreNotToldAndLaterChangesOfThemAre)
 {
-    store = GetAttachmentDir();
-    sh(QStringLiteral("mkdir -p g && printf 0 > g/mark"));
-    start();
-    const QString source = dir.filePath(QStringLiteral("p.png"));
-    QFile file(source);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("picture");
-    file.close();
+    startAtTheStore();
     const QString guid = CreateGuidString();
-    MAF_RESULT imported;
-    ASSERT_EQ(attachstore::MoveAttFile(guid, *attachstore::RecordOfPath(source), imported), 1);
+    importPicture(guid);
     settle();
     EXPECT_EQ(toldNames(), QStringList());
 
@@ -181,7 +228,7 @@ TEST_F(StoreWatchFoldersTest, TheLibrarysOwnWritesAreNotToldAndLaterChangesOfThe
 
     // Taken out by the host and imported again.
     sh(QStringLiteral("rm %1/p.png").arg(guid));
-    ASSERT_EQ(attachstore::MoveAttFile(guid, *attachstore::RecordOfPath(source), imported), 1);
+    importPicture(guid);
     settle();
     EXPECT_EQ(toldNames().size(), 1);
     sh(QStringLiteral("rm -r %1 g").arg(guid));
@@ -189,17 +236,9 @@ TEST_F(StoreWatchFoldersTest, TheLibrarysOwnWritesAreNotToldAndLaterChangesOfThe
 
 TEST_F(StoreWatchFoldersTest, AChangeRightBehindAnImportIsTold)
 {
-    store = GetAttachmentDir();
-    sh(QStringLiteral("mkdir -p g && printf 0 > g/mark"));
-    start();
-    const QString source = dir.filePath(QStringLiteral("p.png"));
-    QFile file(source);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("picture");
-    file.close();
+    startAtTheStore();
     const QString guid = CreateGuidString();
-    MAF_RESULT imported;
-    ASSERT_EQ(attachstore::MoveAttFile(guid, *attachstore::RecordOfPath(source), imported), 1);
+    importPicture(guid);
     sh(QStringLiteral("printf changed > %1/p.png").arg(guid));
     settle();
     EXPECT_EQ(toldNames(), QStringList(guid + QStringLiteral("/p.png")));

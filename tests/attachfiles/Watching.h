@@ -14,6 +14,25 @@
 
 #include <cerrno>
 #include <mutex>
+#include <optional>
+#include <sys/resource.h>
+
+/// While it lives, whatever would open a file fails with EMFILE. For the whole process.
+class NoDescriptors {
+public:
+    NoDescriptors()
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_before);
+        const rlimit none{0, m_before.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    }
+    ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+private:
+    rlimit m_before;
+};
 
 /// Real events, but for what a test makes of them. Set by the test, used by the watch's thread.
 struct Faults {
@@ -21,6 +40,11 @@ struct Faults {
     std::atomic<int> limit = 1'000'000; ///< so many watches may be had
     std::atomic<int> watches = 0; ///< so many are held
     std::atomic<int> lost = 0; ///< times that events were lost
+    std::atomic<int> adds = 0; ///< times that a watch was asked for
+    /// No descriptor is to be had any more from the end of that `add` on, counted from 1, until the
+    /// first look at the store is through.
+    std::atomic<int> starvingAdd = 0;
+    std::optional<NoDescriptors> starving; ///< the watch's thread's
 };
 
 class FaultyEvents : public FolderEvents {
@@ -33,6 +57,8 @@ public:
     int add(const std::string& folder) override
     {
         const int watch = m_inner->add(folder);
+        if (++m_faults.adds == m_faults.starvingAdd)
+            m_faults.starving.emplace();
         if (watch < 0 || m_held.contains(watch))
             return watch;
         if (int(m_held.size()) >= m_faults.limit) {
@@ -81,15 +107,25 @@ struct Watching : ::testing::Test {
 
     void start(const QString& at = {})
     {
+        make(at);
+        ASSERT_TRUE(waitFor([&] { return m_folders >= 0; }));
+    }
+    /// The same without waiting; with `events`, if given, which were made before.
+    void make(const QString& at = {}, std::unique_ptr<FolderEvents> events = {})
+    {
+        if (!events)
+            events = std::make_unique<FaultyEvents>(faults);
         StoreWatch::Listener listener;
-        listener.watching = [this](int folders) { m_folders = folders; };
+        listener.watching = [this](int folders) {
+            faults.starving.reset();
+            m_folders = folders;
+        };
         listener.changed = [this](const ChangedCopy& copy) {
             const std::lock_guard lock(m_mutex);
             m_changes.push_back(copy);
         };
-        m_watch = std::make_unique<StoreWatch>(at.isEmpty() ? store : at,
-            std::make_unique<FaultyEvents>(faults), std::move(listener), times);
-        ASSERT_TRUE(waitFor([&] { return m_folders >= 0; }));
+        m_watch = std::make_unique<StoreWatch>(
+            at.isEmpty() ? store : at, std::move(events), std::move(listener), times);
     }
     void stop() { m_watch.reset(); }
     int folders() const { return m_folders; }
