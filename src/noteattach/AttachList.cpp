@@ -133,7 +133,8 @@ int ParseAttList(const QString& noteGuid, const QString& html, std::vector<NewAt
     std::vector<NewAttachFile> found;
     NoteFolder folder(noteGuid);
     try {
-        const HtmlDocument document(html);
+        using Reading = HtmlDocument::Reading;
+        const HtmlDocument document(html, plainText ? Reading::ElementsAndText : Reading::Elements);
         if (plainText && document.hasBody())
             *plainText = document.bodyText();
         ListAttachments(document, found);

@@ -8,6 +8,7 @@
 #include <exception>
 #include <map>
 #include <optional>
+#include <utility>
 
 namespace noteattach {
 namespace {
@@ -15,6 +16,7 @@ namespace {
 constexpr QLatin1StringView kExData("nm_exdata");
 constexpr QLatin1StringView kClass("class");
 constexpr QLatin1StringView kSrc("src");
+const QString kNotRewritten = QStringLiteral("[ERROR] ModifyAttachAttValue 修改附件属性值失败！");
 
 void setClassAndSource(HtmlDocument& document, const QString& wanted, const QString& classValue,
     const QString& srcValue)
@@ -27,8 +29,7 @@ void setClassAndSource(HtmlDocument& document, const QString& wanted, const QStr
     }
 }
 
-// Each attribute has its own separator: paths of the page end behind a slash, those of the note
-// behind a backslash.
+// Kept: a page's path is cut behind its slash, a note's behind its backslash, as they are stored.
 void SetAttrFileName(HtmlDocument& document, qsizetype element, QLatin1StringView attrName,
     QChar separator, const QString& fileName)
 {
@@ -95,7 +96,7 @@ int UpdateAttachAttValue(
         outHtml = WideToAnsi(document.bodyInnerHtml());
         return 1;
     } catch (const std::exception&) {
-        logFailure(QStringLiteral("[ERROR] ModifyAttachAttValue 修改附件属性值失败！"));
+        logFailure(kNotRewritten);
         return 0;
     }
 }
@@ -104,8 +105,14 @@ int UpdateAttachAttValue2(
     const std::string& html, const std::vector<AttachNewAtt>&, std::string& outHtml)
 {
     // Kept: the list is not looked at, so what is pasted keeps the attributes it came with.
-    outHtml = html;
-    return 1;
+    try {
+        std::string copy = html;
+        outHtml = std::move(copy);
+        return 1;
+    } catch (const std::exception&) {
+        logFailure(kNotRewritten);
+        return 0;
+    }
 }
 
 } // namespace noteattach

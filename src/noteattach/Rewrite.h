@@ -35,7 +35,8 @@ int UpdateHtmlAttachAttr(const QString& html, const QString& origName, const QSt
 int UpdateAttachAttValue(
     const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
 
-/// The form that a paste applies: copies `html` to `outHtml` and returns 1.
+/// The form that a paste applies: copies `html` to `outHtml` and returns 1; 0, with `outHtml` left
+/// alone, after a failure, which is logged.
 /// Kept: it does not look at the list, so pasted elements keep the attributes they came with.
 int UpdateAttachAttValue2(
     const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);

@@ -340,3 +340,20 @@ TEST(UpdateAttachAttValue2, CopiesTheTextAndDoesNotLookAtTheList)
     EXPECT_EQ(UpdateAttachAttValue2(out, kOneRecord, out), 1);
     EXPECT_EQ(out, html);
 }
+
+TEST(UpdateAttachAttValue2, AFailureIsLoggedAndGivesZero)
+{
+    const std::string html(1000, 'x'); // no text that fits into the string itself
+    std::string out = "before";
+    LoggedLines lines;
+    lines.makeRoom();
+    int result;
+    {
+        const FailingNew failing(0);
+        result = UpdateAttachAttValue2(html, kOneRecord, out);
+    }
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(out, "before");
+    EXPECT_EQ(lines.take(),
+        QStringList(QStringLiteral("[ERROR] ModifyAttachAttValue 修改附件属性值失败！")));
+}
