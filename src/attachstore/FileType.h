@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Export.h"
+
 #include <QString>
 
 /// What kind of file an attachment is, as far as its card shows it. The numbers are fixed.
@@ -19,4 +21,4 @@ enum FILE_TYPE : int {
 
 /// The type of a file by its extension, given without the dot and in any case. What is not in the
 /// table of docs/card.md is FT_UNKNOW, the empty extension too.
-FILE_TYPE GetFileTypeByExt(const QString& ext);
+NOMAR_EXPORT FILE_TYPE GetFileTypeByExt(const QString& ext);

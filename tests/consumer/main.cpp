@@ -1,10 +1,15 @@
 #include <nomareditor/AppDirs.h>
+#include <nomareditor/AttachFileWatcher.h>
 #include <nomareditor/CNomarEditorImpl.h>
+#include <nomareditor/CNomarUpDownView.h>
+#include <nomareditor/FileType.h>
 #include <nomareditor/INmEditorNotify.h>
 #include <nomareditor/WindowMessage.h>
 
 #include <QApplication>
 #include <QTimer>
+
+#include <typeinfo>
 
 // The least that a host can be: makes a note, puts a text into it, files it, and leaves. Its
 // argument is the directory that holds the store.
@@ -42,6 +47,29 @@ private:
     bool m_isFiled = false;
 };
 
+// Something of each class and each function that an installed header exports beside those above:
+// what the library keeps hidden fails the link.
+bool usesTheRest(QWidget& window)
+{
+    for (const std::type_info* type : {&typeid(ContainerWnd), &typeid(DropTarget),
+             &typeid(IEWebBrowser), &typeid(IFileMonitorNotify), &typeid(IIEDragNotify),
+             &typeid(IIEUINotify), &typeid(IJSCallFunNotify), &typeid(INmEditorNotify),
+             &typeid(IScreenCaptureNotify), &typeid(NmWebNoteHandler)}) {
+        if (!*type->name())
+            return false;
+    }
+    CNomarUpDownView view;
+    AttachFileWatcher watcher;
+    watcher.SetMsgReceiver(&window);
+    AttachFileMonitor monitor;
+    const WindowMessage message(WM_EDITOR_COPY);
+    PostWindowMessage(&window, WM_EDITOR_COPY);
+    return view.Create(&window, window.rect(), 2) && watcher.Start() && monitor.Start()
+        && IsPrivateMessage(message) && VARIANT::Text(QStringLiteral("x")).vt == VT_BSTR
+        && GetFileTypeByExt(QStringLiteral("PDF")) == FT_PDF && !GetAppDir().isEmpty()
+        && !GetInstallDir().isEmpty();
+}
+
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
@@ -49,6 +77,8 @@ int main(int argc, char** argv)
     SetInstallDir(QStringLiteral(NOMAR_DATA_DIR));
     Host host;
     host.resize(800, 600);
+    if (!usesTheRest(host))
+        return 4;
     if (!host.start())
         return 2;
     host.show();
