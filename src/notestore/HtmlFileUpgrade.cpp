@@ -1,17 +1,13 @@
 #include "notestore/HtmlFileUpgrade.h"
 
-#include <algorithm>
-
 HtmlFileUpgradeMgr::HtmlFileUpgradeMgr()
-    : m_steps{{0, nullptr}, {1, nullptr}, {2, new HtmlVer_1_To_2}}
 {
+    m_steps[0] = nullptr;
+    m_steps[1] = nullptr;
+    m_steps[2] = std::make_unique<HtmlVer_1_To_2>();
 }
 
-HtmlFileUpgradeMgr::~HtmlFileUpgradeMgr()
-{
-    for (const auto& [version, step] : m_steps)
-        delete step;
-}
+HtmlFileUpgradeMgr::~HtmlFileUpgradeMgr() = default;
 
 int HtmlFileUpgradeMgr::DoUpgrade(
     const QString& inHtml, int fromVersion, int toVersion, QString& outHtml)

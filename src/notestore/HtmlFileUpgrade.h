@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <map>
+#include <memory>
 
 /// The chain that turns the text of an older version into the current one, when it is saved again.
 /// It works on text alone.
@@ -39,5 +40,5 @@ public:
     virtual int DoUpgrade(const QString& inHtml, int fromVersion, int toVersion, QString& outHtml);
 
 private:
-    std::map<int, IHtmlFileUpgrade*> m_steps; // by the version that a step produces
+    std::map<int, std::unique_ptr<IHtmlFileUpgrade>> m_steps; // by the version that a step produces
 };

@@ -148,7 +148,7 @@ TEST(HtmlFileUpgradeMgr, InputAndOutputMayBeTheSameString)
     EXPECT_EQ(html, kNew);
 }
 
-TEST(HtmlFileUpgradeMgr, AFailedStepLeavesTheTextAloneAndASaveKeepsItsVersion)
+TEST(HtmlFileUpgradeMgr, AFailedStepLeavesTheTextAloneAndALaterSaveUpgradesIt)
 {
     const TestStore store;
     QString html = kOld;
@@ -163,5 +163,6 @@ TEST(HtmlFileUpgradeMgr, AFailedStepLeavesTheTextAloneAndASaveKeepsItsVersion)
     EXPECT_EQ(upgraded, 0);
     EXPECT_EQ(html, kOld);
     EXPECT_EQ(NoteHtmlRW::SaveHtmlTextToFile(html, record, &version), 1);
-    EXPECT_EQ(version, NOTE_HTML_VER_2); // the next save tries again
+    EXPECT_EQ(version, NOTE_HTML_VER_2);
+    EXPECT_EQ(html, kNew);
 }

@@ -2,6 +2,7 @@
 
 #include "notestore/NoteFile.h"
 #include "support/DiskFile.h"
+#include "support/FailingNew.h"
 #include "support/FileMd5.h"
 #include "support/FileSizeLimit.h"
 #include "support/TestStore.h"
@@ -208,6 +209,48 @@ TEST(SaveHtmlTextToFile, AnOldTextIsUpgraded)
         EXPECT_EQ(
             readFile(saved.record.filePath), "<!--{\"ver_number\":2}-->" + saved.html.toUtf8());
     }
+}
+
+TEST(SaveHtmlTextToFile, AnOldTextWithoutAnyPictureBecomesVersionTwoAsItIs)
+{
+    const TestStore store;
+    for (const auto version : {NOTE_HTML_VER_0, NOTE_HTML_VER_1}) {
+        const Saved saved = save(QStringLiteral("<P>text"), version);
+        EXPECT_EQ(saved.result, 1);
+        EXPECT_EQ(saved.version, NOTE_HTML_VER_2);
+        EXPECT_EQ(saved.html, QStringLiteral("<P>text"));
+        EXPECT_EQ(readFile(saved.record.filePath), "<!--{\"ver_number\":2}--><P>text");
+    }
+}
+
+// One allocation fails, wherever it stands: where that is in the upgrade, the save goes on.
+TEST(SaveHtmlTextToFile, AfterAFailedUpgradeItFilesTheOldTextAtItsOldVersion)
+{
+    const TestStore store;
+    const QString old = QStringLiteral("<img class=\"userdata/attachment/abc.png\">");
+    LoggedLines lines;
+    int failedUpgrades = 0;
+    for (long allowed = 0;; ++allowed) {
+        Saved saved{0, old, {}, NOTE_HTML_VER_1};
+        lines.makeRoom();
+        {
+            const FailingNew failing(allowed);
+            saved.result = NoteHtmlRW::SaveHtmlTextToFile(saved.html, saved.record, &saved.version);
+        }
+        if (saved.result == 1 && saved.version == NOTE_HTML_VER_2)
+            break; // more were allowed than are made
+        if (saved.result == 0) {
+            expectNothingSaved(store, saved);
+            continue;
+        }
+        ++failedUpgrades;
+        EXPECT_EQ(saved.version, NOTE_HTML_VER_1);
+        EXPECT_EQ(saved.html, old);
+        EXPECT_EQ(readFile(saved.record.filePath), "<!--{\"ver_number\":1}-->" + old.toUtf8());
+    }
+    EXPECT_GT(failedUpgrades, 0);
+    EXPECT_EQ(lines.take().count(QStringLiteral("[ERROR] HtmlVer_1_To_2::DoUpgrade失败！")),
+        failedUpgrades);
 }
 
 TEST(SaveHtmlTextToFile, TheOtherFieldsOfTheRecordStayAsTheyAre)
