@@ -6,9 +6,6 @@
 
 namespace {
 
-constexpr quint32 kModified = 3;
-constexpr quint32 kRenamedNewName = 5;
-
 template <typename Condition>
 int copyFirst(const std::vector<AttachmentFile>& list, Condition condition, AttachmentFile& out)
 {
@@ -44,13 +41,8 @@ void AttachFileMonitor::Stop() { }
 
 void AttachFileMonitor::OnEvent(const QString& path, quint32 action)
 {
-    if (!m_msgWnd)
-        return;
-    if (action != kModified && action != kRenamedNewName)
-        return;
-    if (attachstore::IsTemporaryPath(path))
-        return;
-    DoAttachFileSync(path);
+    if (m_msgWnd && attachstore::IsChangeEvent(path, action))
+        DoAttachFileSync(path);
 }
 
 void AttachFileMonitor::DoAttachFileSync(const QString& path)

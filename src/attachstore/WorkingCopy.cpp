@@ -9,6 +9,9 @@
 namespace attachstore {
 namespace {
 
+constexpr quint32 kModified = 3;
+constexpr quint32 kRenamedNewName = 5;
+
 QString withSlashes(QString path)
 {
     return path.replace(u'\\', u'/');
@@ -34,6 +37,11 @@ void GetAttachInfoFromPath(const QString& path, QString& noteFolder, QString& fi
 bool IsTemporaryPath(const QString& path)
 {
     return GetFileExt(path).compare(QStringLiteral("tmp"), Qt::CaseInsensitive) == 0;
+}
+
+bool IsChangeEvent(const QString& path, quint32 action)
+{
+    return (action == kModified || action == kRenamedNewName) && !IsTemporaryPath(path);
 }
 
 } // namespace attachstore

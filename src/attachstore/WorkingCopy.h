@@ -17,4 +17,9 @@ void GetAttachInfoFromPath(const QString& path, QString& noteFolder, QString& fi
 /// whatever case. Of a path without a dot the whole counts as extension.
 bool IsTemporaryPath(const QString& path);
 
+/// Whether an event of the file system, by its number (`attachfiles/IFileMonitorNotify.h`), is a
+/// change of the file at `path`: it was modified (3) or got this name by a rename (5), and is not
+/// one that is being written. A file that is added or goes has changed for no note.
+bool IsChangeEvent(const QString& path, quint32 action);
+
 } // namespace attachstore

@@ -54,3 +54,29 @@ TEST(IsTemporaryPathTest, LooksBehindTheLastDotInWhateverCase)
         {"/s/guid/report.tmp.docx", "/s/guid/tmp", "/s/guid/a", "/s/guid/a.tmp2", "a.", ""})
         EXPECT_FALSE(IsTemporaryPath(QLatin1String(path))) << path;
 }
+
+TEST(IsChangeEventTest, OnlyAModificationAndARenameToThisNameAreChanges)
+{
+    struct Case {
+        quint32 action;
+        bool isChange;
+    };
+    const Case cases[] = {
+        {0, false},
+        {1, false}, // added
+        {2, false}, // removed
+        {3, true}, // modified
+        {4, false}, // lost this name
+        {5, true}, // got this name
+        {6, false},
+        {0xFFFFFFFF, false},
+    };
+    for (const Case& each : cases) {
+        for (const char* path : {"/s/guid/a.txt", "/s/guid/a.tmp2", "nodot", ""})
+            EXPECT_EQ(IsChangeEvent(QLatin1String(path), each.action), each.isChange)
+                << path << ' ' << each.action;
+        for (const char* path : {"/s/guid/a.tmp", "/s/guid/a.TMP", "tmp"})
+            EXPECT_FALSE(IsChangeEvent(QLatin1String(path), each.action))
+                << path << ' ' << each.action;
+    }
+}
