@@ -356,6 +356,15 @@ TEST_F(Adding, TheTotalCountsShownFilesAndOneByteLessEach)
     EXPECT_EQ(total, 148u);
 }
 
+TEST_F(Adding, AnAttachmentWithARecordedSizeOfZeroMakesGetExistAttTotalSizeReturnZero)
+{
+    page.html = element(QStringLiteral("d.txt"), QStringLiteral("报告.txt"));
+    note.m_attachSizeCache = {{QStringLiteral("d.txt"), 0}};
+    quint64 total = 7;
+    EXPECT_EQ(adder->GetExistAttTotalSize(total), 0);
+    EXPECT_EQ(log.take(), QStringList(QStringLiteral("[ERROR] 查询报告.txt附件大小失败！")));
+}
+
 TEST_F(Adding, ThereIsNoTotalOfANoteThatHasGivenWay)
 {
     page.onCall = [&] { ++note.m_loads; };

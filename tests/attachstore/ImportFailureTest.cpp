@@ -203,6 +203,7 @@ TEST_F(MoveAttFileTest, AFullStoreFailsTheCopyAndLeavesNothingOfIt)
     for (const char* name : {"a.png", "a.txt"}) {
         const DropFileInfo info = record(QLatin1String(name), QByteArray(200'000, 'x'));
         expectFailureWithRoomFor(100'000, info, kCopyFailed);
+        EXPECT_EQ(m_store.names(), QStringList(kNote)); // the note's folder stays
         EXPECT_EQ(QDir(m_store.path(kNote)).entryList(QDir::Files), QStringList());
     }
 }

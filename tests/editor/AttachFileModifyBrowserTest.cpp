@@ -34,6 +34,19 @@ constexpr auto modifyingPage = R"js(
     };
 )js";
 
+/// The same without the change, which takes it a while.
+constexpr auto slowPage = R"js(
+    let html = '';
+    answer = (method, argument) => {
+        if (method === 'SetEditorContent') html = argument;
+        if (method === 'ModifyAttachAtrr') {
+            const end = performance.now() + 200;
+            while (performance.now() < end);
+        }
+        return ok(method === 'GetEditorContent' ? {ehtml: html, etext: ''} : {});
+    };
+)js";
+
 class AttachFileModify : public Control {
 protected:
     /// Opens a note with one attachment and gives its GUID.
@@ -46,6 +59,14 @@ protected:
             0);
         log.take();
         return guid;
+    }
+    /// Hands the control a change of the open note, and opens another note while the page is told.
+    void openAnotherDuring(SyncFileModifyArg& arg)
+    {
+        QString second;
+        QTimer::singleShot(10, bench->control, [&] { control().NewEditor(second, 0); });
+        control().OnAttachFileModify(&arg);
+        EXPECT_EQ(control().Handler().GetCurNoteGuid(), second);
     }
     void expectNothingShown() { EXPECT_EQ(QApplication::activeModalWidget(), nullptr); }
 };
@@ -101,19 +122,23 @@ TEST_F(AttachFileModify, BothRecordsHaveTheTimeOfTheChange)
 {
     const QString guid = open(QStringLiteral("a.b.JPG"));
     SyncFileModifyArg arg = changed(guid, QStringLiteral("a.b.JPG"), "time");
-    control().OnAttachFileModify(&arg);
     const auto& book = control().Handler().GetAttachModifyCache();
     const QString name = arg.fileMd5 + QStringLiteral(".JPG");
-    ASSERT_TRUE(book.contains(name + arg.attachFile.origName));
-    ASSERT_TRUE(book.contains(name));
+    host().onSave = [&] { // the times are in the book before they are asked for
+        EXPECT_TRUE(book.contains(name + arg.attachFile.origName));
+        EXPECT_TRUE(book.contains(name));
+    };
+    control().OnAttachFileModify(&arg);
+    host().onSave = nullptr;
     ASSERT_EQ(host().saves.size(), 1u);
+    ASSERT_EQ(book.size(), 2u);
     EXPECT_EQ(host().saves[0].files[1].modifyTime, book.at(name + arg.attachFile.origName));
     EXPECT_EQ(host().saves[0].files[2].modifyTime, book.at(name));
 }
 
 TEST_F(AttachFileModify, ANameWithAQuoteInItsExtensionReachesThePageWhole)
 {
-    const QString name = QStringLiteral("a.j\"\\p"); // a working copy may be named anything
+    const QString name = QStringLiteral("a.j\"\tp"); // a working copy may be named almost anything
     const QString guid = open(kPicture);
     SyncFileModifyArg arg = changed(guid, kPicture, "quote");
     arg.attachFile.origName = name;
@@ -122,7 +147,7 @@ TEST_F(AttachFileModify, ANameWithAQuoteInItsExtensionReachesThePageWhole)
     ASSERT_EQ(told.size(), 1);
     const QJsonDocument json = QJsonDocument::fromJson(told[0].toUtf8());
     EXPECT_EQ(json[QStringLiteral("ClassValue")].toString(),
-        QStringLiteral("userdata\\attachment\\%1.j\"\\p").arg(arg.fileMd5));
+        QStringLiteral("userdata\\attachment\\%1.j\"\tp").arg(arg.fileMd5));
 }
 
 TEST_F(AttachFileModify, ThePictureThatIsShownAlreadyIsNoReasonToSave)
@@ -205,12 +230,17 @@ TEST_F(AttachFileModify, AMessageThatComesDuringAPageCallIsHandledBehindIt)
 {
     const QString guid = open(kPicture);
     SyncFileModifyArg arg = changed(guid, kPicture, "during");
+    const auto& book = control().Handler().GetAttachModifyCache();
+    type(QStringLiteral("<p>typed</p>"));
     // Delivered while the save waits for the page.
     QCoreApplication::postEvent(bench->control,
         WindowMessage::carrying(WM_ATTACH_FILE_MODIFY, std::make_unique<SyncFileModifyArg>(arg)));
-    type(QStringLiteral("<p>typed</p>"));
     control().SaveEditor();
-    EXPECT_TRUE(waitFor([&] { return !calls(QStringLiteral("ModifyAttachAtrr")).isEmpty(); }));
+    ASSERT_EQ(host().saves.size(), 1u);
+    EXPECT_EQ(textOf(host().saves[0].files[0].filePath), QStringLiteral("<p>typed</p>"));
+    EXPECT_TRUE(book.empty()); // of the change nothing was done yet
+    EXPECT_TRUE(waitFor([&] { return !book.empty(); }));
+    EXPECT_EQ(calls(QStringLiteral("ModifyAttachAtrr")).size(), 1);
 }
 
 // --- A note that is not open ---
@@ -305,20 +335,12 @@ TEST_F(AttachFileModify, TheHostIsAskedAgainSoThatASaveInBetweenIsNotLost)
 
 TEST_F(AttachFileModify, ANoteThatIsClosedWhileThePageIsToldGetsTheChangeInItsFile)
 {
-    const QString guid = open(kPicture,
-        "let html = ''; answer = (method, argument) => {"
-        " if (method === 'SetEditorContent') html = argument;"
-        " if (method === 'ModifyAttachAtrr') {"
-        "   const end = performance.now() + 200; while (performance.now() < end); }"
-        " return ok(method === 'GetEditorContent' ? {ehtml: html, etext: ''} : {}); };");
+    const QString guid = open(kPicture, slowPage);
     SyncFileModifyArg arg = changed(guid, kPicture, "closing");
     arg.secondFile.reserved = 1;
     arg.secondFile.text1 =
         filed(element(QStringLiteral("c.png"), QStringLiteral("c.png"), kPicture));
-    QString second;
-    QTimer::singleShot(10, bench->control, [&] { control().NewEditor(second, 0); });
-    control().OnAttachFileModify(&arg);
-    EXPECT_EQ(control().Handler().GetCurNoteGuid(), second);
+    openAnotherDuring(arg);
     EXPECT_TRUE(control().Handler().GetAttachModifyCache().empty());
     ASSERT_EQ(host().saves.size(), 1u);
     EXPECT_EQ(host().saves[0].guid, guid);
@@ -327,13 +349,8 @@ TEST_F(AttachFileModify, ANoteThatIsClosedWhileThePageIsToldGetsTheChangeInItsFi
 
 TEST_F(AttachFileModify, ANoteThatIsClosedMeanwhileAndOfWhichNobodySaysTheFileIsLeftAlone)
 {
-    const QString guid = open(kPicture,
-        "answer = (method) => { if (method === 'ModifyAttachAtrr') {"
-        "   const end = performance.now() + 200; while (performance.now() < end); }"
-        " return ok(method === 'GetEditorContent' ? {ehtml: '', etext: ''} : {}); };");
+    const QString guid = open(kPicture, slowPage);
     SyncFileModifyArg arg = changed(guid, kPicture, "left");
-    QString second;
-    QTimer::singleShot(10, bench->control, [&] { control().NewEditor(second, 0); });
-    control().OnAttachFileModify(&arg);
+    openAnotherDuring(arg);
     EXPECT_TRUE(host().saves.empty());
 }

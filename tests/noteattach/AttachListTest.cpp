@@ -118,6 +118,14 @@ TEST_F(AttachListTest, ASecondNameOfTheSameFileIsKept)
             classRecord(kFile, QStringLiteral("two.pdf")), srcRecord(QStringLiteral("dd.bmp"))}));
 }
 
+TEST_F(AttachListTest, ASecondNameOfTheSameFileWithTheSameCardGivesThreeRecords)
+{
+    EXPECT_EQ(parse(attachment(kFile, kCard, QStringLiteral("one.pdf"))
+                  + attachment(kFile, kCard, QStringLiteral("two.pdf"))),
+        (List{classRecord(kFile, QStringLiteral("one.pdf")), srcRecord(kCard),
+            classRecord(kFile, QStringLiteral("two.pdf"))}));
+}
+
 TEST_F(AttachListTest, SlashesAndBackslashesAreTheSame)
 {
     const QString exData = FormatOrigNameToJson(QStringLiteral("n.pdf"));
@@ -297,6 +305,20 @@ TEST_F(AttachListTest, GetAttachFileFromHtmlGivesTheAttachmentsThatExist)
     GetAttachFileFromHtml(kGuid, html, paths, &plain);
     EXPECT_EQ(paths, std::vector<QString>{path});
     EXPECT_EQ(plain, QStringLiteral("text"));
+}
+
+// A paste notes the time of a card so, and no record of a list has such a key.
+TEST_F(AttachListTest, ACardThatIsInTheBookUnderItsNameTwiceGetsTheTimeOfTheCall)
+{
+    const QString name = QStringLiteral("a.pdf");
+    const QString then = QStringLiteral("2001-02-03 04:05:06");
+    List list = parse(attachment(kFile, kCard, name));
+    ASSERT_EQ(list.size(), 2u);
+    const QString before = FormatNowTime();
+    UpdateAttModifyTimeField(kGuid, list, {{kFile + name, then}, {kCard + kCard, then}});
+    EXPECT_EQ(list[0].modifyTime, then);
+    EXPECT_LE(before, list[1].modifyTime);
+    EXPECT_LE(list[1].modifyTime, FormatNowTime());
 }
 
 TEST(UpdateAttModifyTimeField, TakesTheTimeOfTheCacheAndElseOfTheCall)
