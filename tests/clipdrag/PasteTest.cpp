@@ -393,6 +393,21 @@ TEST_F(DoCopyLogic, TheResultTellsWhatEachAttachmentBecame)
     EXPECT_TRUE(result.thumbAttList.empty());
 }
 
+TEST_F(DoCopyLogic, AnAttachmentWithAnExtensionTooLongForADigestIsTakenOver)
+{
+    const QString name = QStringLiteral("b.") + QString(240, u'x');
+    adder->AddDropFileToEditor({record(file(name, "long"))});
+    ASSERT_TRUE(copies().contains(name));
+    CopyLogicResult result;
+    ASSERT_EQ(paste.DoCopyLogic(listOf(page.html), result), 1);
+    ASSERT_EQ(result.attNewList.size(), 2u);
+    const QString numbered = QStringLiteral("b(1).") + QString(240, u'x');
+    EXPECT_EQ(result.attNewList[1].newExData, noteattach::FormatOrigNameToJson(numbered));
+    EXPECT_EQ(readAll(noteFolder().filePath(numbered)), "long");
+    EXPECT_TRUE(result.fileSizeList[2].fileName.endsWith(QStringLiteral(".unknow")));
+    EXPECT_TRUE(log.take().isEmpty());
+}
+
 TEST_F(DoCopyLogic, AMissingAnEmptyAndANamelessFileEndItWithoutAMessage)
 {
     const QString good = deleted(QStringLiteral("good.txt"));
