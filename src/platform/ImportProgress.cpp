@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QProgressBar>
 #include <QProgressDialog>
 
 namespace {
@@ -44,7 +45,7 @@ bool DesktopImportProgress::next(const QString& name)
     const QString shown =
         m_dialog->fontMetrics().elidedText(name.simplified(), Qt::ElideMiddle, labelWidth);
     m_dialog->setLabelText(InLanguage("Adding attachments…\n", "正在添加附件…\n") + shown);
-    m_dialog->setValue(done);
+    m_bar->setValue(done);
     // What runs here may end this object with its note.
     const QPointer<QProgressDialog> dialog = m_dialog;
     QCoreApplication::processEvents();
@@ -59,11 +60,12 @@ void DesktopImportProgress::showDialog()
     label->setTextFormat(Qt::PlainText); // Names of files are never markup.
     label->setMinimumWidth(labelWidth);
     m_dialog->setLabel(label);
+    // Told directly: the dialog would let events run at each value that it is told.
+    m_bar = new QProgressBar(m_dialog);
+    m_dialog->setBar(m_bar);
     m_dialog->setRange(0, m_count);
     m_dialog->setCancelButtonText(InLanguage("Cancel", "取消"));
     m_dialog->setWindowModality(Qt::ApplicationModal);
-    m_dialog->setAutoClose(false);
-    m_dialog->setAutoReset(false);
     m_dialog->show();
 }
 

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 
+class QProgressBar;
 class QProgressDialog;
 
 /// How far an import of several files has come, with the user's say in whether it goes on.
@@ -15,7 +16,8 @@ public:
     virtual ~ImportProgress();
     virtual void begin(int count) = 0;
     /// The file of that name is about to come in. False: the user does not want any more of them.
-    /// May let events run, as a message box does.
+    /// May let events run, as a message box does; the last thing that it does, so that this object
+    /// may be deleted in there.
     virtual bool next(const QString& name) = 0;
     virtual void end() = 0;
 };
@@ -41,5 +43,6 @@ private:
     int m_begun = 0; ///< Files that have been begun.
     QElapsedTimer m_elapsed;
     QPointer<QProgressDialog> m_dialog;
+    QProgressBar* m_bar = nullptr; ///< The dialog's.
     bool m_isShown = false;
 };

@@ -8,18 +8,54 @@
 #include "platform/DialogParent.h"
 #include "platform/FileDialog.h"
 #include "platform/ImportProgress.h"
+#include "platform/MessageBox.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QMessageBox>
 #include <QProgressDialog>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <new>
+#include <sys/mman.h>
+
 namespace {
+
+/// A progress in memory that faults at any touch once the progress is gone.
+class GuardedProgress {
+public:
+    GuardedProgress()
+        : m_page(::mmap(nullptr, sizeof(DesktopImportProgress), PROT_READ | PROT_WRITE,
+            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
+        , m_progress(new (m_page) DesktopImportProgress)
+    {
+    }
+    ~GuardedProgress() { ::munmap(m_page, sizeof(DesktopImportProgress)); }
+    GuardedProgress(const GuardedProgress&) = delete;
+    GuardedProgress& operator=(const GuardedProgress&) = delete;
+
+    DesktopImportProgress* operator->() const { return m_progress; }
+    void end()
+    {
+        m_progress->~DesktopImportProgress();
+        EXPECT_EQ(::mprotect(m_page, sizeof(DesktopImportProgress), PROT_NONE), 0);
+    }
+
+private:
+    void* const m_page;
+    DesktopImportProgress* const m_progress;
+};
+
+QProgressDialog* shownProgress()
+{
+    return qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+}
 
 class FileDialogOfTheDesktop : public ::testing::Test {
 protected:
@@ -83,6 +119,23 @@ TEST(BoxesOfTheDesktop, ShowTheTextAndReturnWhenDismissed)
     EXPECT_EQ(user.texts, QStringList{QStringLiteral("<b>你好</b>")});
 }
 
+TEST(BoxesOfTheDesktop, MayGoWithTheWindowBelowThem)
+{
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(waitFor([&] { return QApplication::activeWindow() == window.get(); }));
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            window.reset();
+    });
+    timer.start(5);
+    EXPECT_EQ(BCGPMessageBox(QStringLiteral("text")), 0);
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
 TEST(DialogParentOf, AWindowOnTheScreenEvenIfAnotherProgramIsActive)
 {
     QWidget hidden, window;
@@ -99,24 +152,43 @@ TEST(ProgressOfTheDesktop, AppearsAfterAWhileAndCanBeCancelled)
     EXPECT_TRUE(progress.next(QStringLiteral("first")));
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 
-    const auto shown = [] {
-        return qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
-    };
+    int begun = 1;
     ASSERT_TRUE(waitFor([&] {
         EXPECT_TRUE(progress.next(QStringLiteral("<i>name</i>.txt")));
-        return shown() != nullptr;
+        ++begun;
+        return shownProgress() != nullptr;
     }));
-    EXPECT_TRUE(shown()->labelText().contains(QStringLiteral("<i>name</i>.txt")));
-    EXPECT_EQ(shown()->findChild<QLabel*>()->textFormat(), Qt::PlainText);
-    QTest::keyClick(shown(), Qt::Key_Escape);
+    EXPECT_TRUE(shownProgress()->labelText().contains(QStringLiteral("<i>name</i>.txt")));
+    EXPECT_EQ(shownProgress()->findChild<QLabel*>()->textFormat(), Qt::PlainText);
+    EXPECT_EQ(shownProgress()->maximum(), 1000);
+    EXPECT_EQ(shownProgress()->value(), begun - 1);
+    QTest::keyClick(shownProgress(), Qt::Key_Escape);
     EXPECT_FALSE(progress.next(QStringLiteral("last")));
     progress.end();
-    EXPECT_EQ(shown(), nullptr);
+    EXPECT_EQ(shownProgress(), nullptr);
 
     // The next import begins anew.
     progress.begin(2);
     EXPECT_TRUE(progress.next(QStringLiteral("first")));
     progress.end();
+}
+
+TEST(ProgressOfTheDesktop, MayGoWithItsNoteUnderAnyOfItsSteps)
+{
+    GuardedProgress progress;
+    progress->begin(1'000'000);
+    // Well after the dialog has come up, when Qt would have shown it by its own reckoning too.
+    QElapsedTimer shown;
+    ASSERT_TRUE(waitFor([&] {
+        EXPECT_TRUE(progress->next(QStringLiteral("name")));
+        if (shownProgress() && !shown.isValid())
+            shown.start();
+        return shown.isValid() && shown.hasExpired(200);
+    }));
+    QMetaObject::invokeMethod(
+        qApp, [&] { progress.end(); }, Qt::QueuedConnection);
+    EXPECT_FALSE(progress->next(QStringLiteral("late")));
+    EXPECT_EQ(shownProgress(), nullptr);
 }
 
 TEST(ProgressOfTheDesktop, AnInnerImportHasNoSay)
