@@ -90,11 +90,14 @@ void NomarNoteScreenCapture::OnSelectionRightClick(const QPoint& point)
 
 void NomarNoteScreenCapture::OnSelectionDoubleClick(const QPoint&)
 {
-    OnCompleteCommand();
+    OnCommand(captureComplete);
 }
 
 void NomarNoteScreenCapture::OnCommand(int id)
 {
+    // The menu may outlast the capture, and a second click may come with the one that ended it.
+    if (!isVisible())
+        return;
     switch (id) {
     case captureSaveAs:
         return OnSaveAsCommand();

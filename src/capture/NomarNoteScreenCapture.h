@@ -18,7 +18,7 @@ enum CaptureCommand : int {
 /// its context menu and its results. A double click into the selection completes it.
 ///
 /// Every result ends the dialog, also when it came to nothing: a clipboard or a file that cannot be
-/// written shows no message. So does the last way out of the toolbar, with no result at all.
+/// written shows no message. So does 退出, in the toolbar and in the menu, with no result at all.
 class NomarNoteScreenCapture : public ScreenCaptureDlgBase {
 public:
     using ScreenCaptureDlgBase::ScreenCaptureDlgBase;
@@ -34,7 +34,8 @@ protected:
     void InitCursors() override;
     void OnSelectionRightClick(const QPoint& point) override;
     void OnSelectionDoubleClick(const QPoint& point) override;
-    /// A button of the toolbar or an item of the menu. Other numbers do nothing.
+    /// A button of the toolbar or an item of the menu. Other numbers do nothing, and none does
+    /// anything once the capture has ended.
     void OnCommand(int id);
 
 private:

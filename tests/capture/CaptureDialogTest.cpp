@@ -46,19 +46,9 @@ TEST_F(CaptureIdle, AMoveSelectsNothing)
 
 TEST_F(CaptureIdle, AMoveRepaintsTheTipAtOnce)
 {
-    struct Paints : QObject {
-        int count = 0;
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            count += event->type() == QEvent::Paint;
-            return false;
-        }
-    } paints;
     move({300, 300});
-    capture.tip().installEventFilter(&paints);
-    QMouseEvent event(QEvent::MouseMove, QPointF(310, 310), QPointF(310, 310), Qt::NoButton,
-        Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&capture, &event);
+    const Paints paints(capture.tip());
+    moveAlone({310, 310});
     EXPECT_EQ(paints.count, 1);
 }
 
@@ -221,24 +211,8 @@ TEST_F(CaptureSelected, ARightClickOutsideDiscardsItAndAnotherCanBeDrawn)
 
 TEST_F(CaptureSelected, EachButtonOfTheToolbarDoesItsCommand)
 {
-    const struct {
-        int index;
-        std::size_t pictures;
-        int saves;
-        bool isOpen;
-    } cases[] = {{0, 0, 0, false}, {1, 0, 1, true}, {2, 0, 0, false}, {3, 1, 0, false}};
-    for (const auto& expected : cases) {
-        kept.pictures.clear();
-        saved.asked = 0;
-        reopen();
-        draw(from, to);
-        click(button(expected.index));
-        EXPECT_EQ(kept.pictures.size(), expected.pictures) << expected.index;
-        EXPECT_EQ(saved.asked, expected.saves) << expected.index;
-        EXPECT_EQ(isOpen(), expected.isOpen) << expected.index;
-        if (isOpen())
-            rightClick({600, 600});
-    }
+    expectCommands({captureCopy, captureSaveAs, captureExit, captureComplete},
+        [this](int index) { click(button(index)); });
 }
 
 TEST_F(CaptureTracking, AMoveTakesTheToolbarAlong)

@@ -11,6 +11,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
@@ -109,6 +110,7 @@ public:
     QStringList texts;
     QPoint place;
     int menus = 0;
+    std::function<void()> onMenu; ///< Before the choice.
 
 private:
     void use(const QString& item)
@@ -117,6 +119,8 @@ private:
         if (!menu)
             return;
         ++menus;
+        if (onMenu)
+            onMenu();
         texts.clear();
         place = menu->pos();
         for (QAction* action : menu->actions()) {
@@ -128,6 +132,20 @@ private:
     }
 
     QTimer m_timer;
+};
+
+/// Counts how often a widget is painted.
+class Paints : public QObject {
+public:
+    explicit Paints(QWidget& widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
 };
 
 class CaptureTest : public ::testing::Test {
@@ -166,6 +184,13 @@ protected:
         move(to);
         release(to);
     }
+    /// One move, and nothing else that waits.
+    void moveAlone(const QPoint& at)
+    {
+        QMouseEvent event(QEvent::MouseMove, at, capture.mapToGlobal(QPointF(at)), Qt::NoButton,
+            Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&capture, &event);
+    }
     /// What comes while a tracking runs, in this order.
     void later(QEvent::Type type, const QPoint& at, Qt::MouseButton button = Qt::NoButton)
     {
@@ -188,6 +213,28 @@ protected:
     {
         if (!isOpen()) {
             ASSERT_TRUE(capture.Create(nullptr));
+        }
+    }
+    /// Gives each command of `order` once, by its place there, and sees to what comes of it.
+    void expectCommands(
+        const std::vector<CaptureCommand>& order, const std::function<void(int)>& give)
+    {
+        QClipboard* clipboard = QGuiApplication::clipboard();
+        for (int i = 0; i < int(order.size()); ++i) {
+            SCOPED_TRACE(i);
+            kept.pictures.clear();
+            saved.asked = 0;
+            clipboard->clear();
+            reopen();
+            draw(from, to);
+            give(i);
+            EXPECT_EQ(kept.pictures.size(), order[i] == captureComplete ? 1U : 0U);
+            EXPECT_EQ(saved.asked, order[i] == captureSaveAs ? 1 : 0);
+            EXPECT_EQ(!clipboard->image().isNull(), order[i] == captureCopy);
+            // The save was cancelled.
+            EXPECT_EQ(isOpen(), order[i] == captureSaveAs);
+            if (isOpen())
+                rightClick({600, 600});
         }
     }
     bool isOpen() const { return capture.isVisible(); }

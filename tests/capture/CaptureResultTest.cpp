@@ -29,46 +29,59 @@ TEST_F(CaptureResult, TheMenuHasFourCommandsInOrder)
 
 TEST_F(CaptureResult, EachItemOfTheMenuDoesItsCommand)
 {
-    const struct {
-        int index;
-        std::size_t pictures;
-        int saves;
-        bool isOpen;
-    } cases[] = {{0, 0, 0, false}, {1, 0, 1, true}, {2, 0, 0, false}, {3, 1, 0, false}};
-    for (const auto& expected : cases) {
-        kept.pictures.clear();
-        saved.asked = 0;
-        reopen();
-        draw(from, to);
-        const MenuUser user(menuTexts[expected.index]);
+    expectCommands({captureExit, captureSaveAs, captureCopy, captureComplete}, [this](int index) {
+        const MenuUser user(menuTexts[index]);
         rightClick({350, 350});
-        EXPECT_EQ(kept.pictures.size(), expected.pictures) << expected.index;
-        EXPECT_EQ(saved.asked, expected.saves) << expected.index;
-        EXPECT_EQ(isOpen(), expected.isOpen) << expected.index;
-        if (isOpen())
-            rightClick({600, 600});
+    });
+}
+
+TEST_F(CaptureResult, NothingComesOfAMenuThatOutlastsTheCapture)
+{
+    draw(from, to);
+    MenuUser user(menuTexts[3]);
+    user.onMenu = [this] { capture.reject(); };
+    rightClick({350, 350});
+    EXPECT_EQ(user.menus, 1);
+    EXPECT_TRUE(kept.pictures.empty());
+    EXPECT_EQ(capture.cancels, 0);
+}
+
+TEST_F(CaptureResult, NothingComesOfTheClicksBehindTheOneThatEndedTheCapture)
+{
+    draw(from, to);
+    QGuiApplication::clipboard()->clear();
+    capture.OnCommand(captureComplete);
+    for (const CaptureCommand late : {captureComplete, captureCopy, captureSaveAs, captureExit})
+        capture.OnCommand(late);
+    doubleClick({350, 350});
+    EXPECT_EQ(kept.pictures.size(), 1U);
+    EXPECT_EQ(saved.asked, 0);
+    EXPECT_TRUE(QGuiApplication::clipboard()->image().isNull());
+    EXPECT_EQ(capture.cancels, 1);
+}
+
+TEST_F(CaptureResult, MenuAndDoubleClickWorkOnASelectionAtTheBottomOfTheScreen)
+{
+    const int bottom = screen.height();
+    const QPoint inside{350, bottom - 20};
+    const auto byMenu = [&] {
+        const MenuUser user(menuTexts[3]);
+        rightClick(inside);
+    };
+    const auto byDoubleClick = [&] {
+        laterRelease(inside);
+        doubleClick(inside);
+    };
+    for (const std::function<void()>& complete :
+        std::initializer_list<std::function<void()>>{byMenu, byDoubleClick}) {
+        kept.pictures.clear();
+        reopen();
+        draw({300, bottom - 100}, {400, bottom});
+        EXPECT_GE(capture.toolbarRect().top(), bottom);
+        complete();
+        ASSERT_EQ(kept.pictures.size(), 1U);
+        EXPECT_EQ(kept.pictures[0], screen.copy(304, bottom - 96, 96, 96));
     }
-}
-
-TEST_F(CaptureResult, TheMenuWorksOnASelectionAtTheBottomOfTheScreen)
-{
-    const int bottom = screen.height();
-    draw({300, bottom - 100}, {400, bottom});
-    EXPECT_GE(capture.toolbarRect().top(), bottom);
-    const MenuUser user(menuTexts[3]);
-    rightClick({350, bottom - 20});
-    ASSERT_EQ(kept.pictures.size(), 1U);
-    EXPECT_EQ(kept.pictures[0], screen.copy(304, bottom - 96, 96, 96));
-}
-
-TEST_F(CaptureResult, ADoubleClickWorksOnASelectionAtTheBottomOfTheScreen)
-{
-    const int bottom = screen.height();
-    draw({300, bottom - 100}, {400, bottom});
-    laterRelease({350, bottom - 20});
-    doubleClick({350, bottom - 20});
-    ASSERT_EQ(kept.pictures.size(), 1U);
-    EXPECT_EQ(kept.pictures[0], screen.copy(304, bottom - 96, 96, 96));
 }
 
 TEST_F(CaptureResult, CommandsOfNoMeaningDoNothing)
