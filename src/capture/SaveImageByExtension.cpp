@@ -1,5 +1,6 @@
 #include "capture/SaveImageByExtension.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
 #include <QImageWriter>
@@ -32,8 +33,15 @@ int SaveImageByExtension(const QImage& image, const QString& path)
     const QByteArray encoder = encoderFor(QFileInfo(path).suffix());
     if (encoder.isEmpty() || image.isNull())
         return 0;
+    // Packed before the file is touched, which may be written in place.
+    QBuffer packed;
+    if (!QImageWriter(&packed, encoder).write(image))
+        return 0;
     QSaveFile file(path);
+    file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly))
         return 0;
-    return QImageWriter(&file, encoder).write(image) && file.commit() ? 1 : 0;
+    // In place a failed write is no failure of the commit.
+    const bool isWritten = file.write(packed.data()) == packed.size() && file.flush();
+    return isWritten && file.commit() ? 1 : 0;
 }

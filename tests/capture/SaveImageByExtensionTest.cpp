@@ -1,6 +1,8 @@
 #include "capture/SaveImageByExtension.h"
 
 #include "kit/Print.h"
+#include "support/FileSizeLimit.h"
+#include "support/WithoutRoot.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +10,8 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -25,6 +29,19 @@ protected:
     QStringList files() const
     {
         return QDir(dir.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    /// A file with that content, writable for anyone.
+    QString put(const QString& name, const QByteArray& bytes) const
+    {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        EXPECT_EQ(::fchmod(file.handle(), 0666), 0);
+        return file.fileName();
+    }
+    void letNewFilesIn(bool allowed) const
+    {
+        ASSERT_EQ(::chmod(QFile::encodeName(dir.path()), allowed ? 0755 : 0555), 0);
     }
     QByteArray content(const QString& name) const
     {
@@ -90,24 +107,53 @@ TEST_F(SavingByExtension, AFolderWithADotInItsNameIsNoExtension)
 
 TEST_F(SavingByExtension, AFailedSaveLeavesTheFileAsItWas)
 {
-    QFile old(path(QStringLiteral("a.jpg")));
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-    old.write("old");
-    old.close();
+    const QString old = put(QStringLiteral("a.jpg"), "old");
     // More than the format can hold.
-    EXPECT_EQ(SaveImageByExtension(QImage(70'000, 1, QImage::Format_RGB32), old.fileName()), 0);
-    EXPECT_EQ(SaveImageByExtension(QImage(), old.fileName()), 0);
+    EXPECT_EQ(SaveImageByExtension(QImage(70'000, 1, QImage::Format_RGB32), old), 0);
+    EXPECT_EQ(SaveImageByExtension(QImage(), old), 0);
+    {
+        const FileSizeLimit full(16);
+        EXPECT_EQ(SaveImageByExtension(image, old), 0);
+    }
     EXPECT_EQ(content(QStringLiteral("a.jpg")), "old");
     EXPECT_EQ(files(), QStringList{QStringLiteral("a.jpg")});
 }
 
 TEST_F(SavingByExtension, AFileThatIsThereIsReplaced)
 {
-    QFile old(path(QStringLiteral("a.png")));
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-    old.write(QByteArray(100'000, 'x'));
-    old.close();
-    EXPECT_EQ(SaveImageByExtension(image, old.fileName()), 1);
-    EXPECT_EQ(QImage(old.fileName()).size(), image.size());
+    const QString old = put(QStringLiteral("a.png"), QByteArray(100'000, 'x'));
+    EXPECT_EQ(SaveImageByExtension(image, old), 1);
+    EXPECT_EQ(QImage(old).size(), image.size());
     EXPECT_EQ(files(), QStringList{QStringLiteral("a.png")});
+}
+
+TEST_F(SavingByExtension, AWritableFileIsReplacedInAFolderThatTakesNoNewFiles)
+{
+    const QString old = put(QStringLiteral("a.png"), QByteArray(100'000, 'x'));
+    const QString jpeg = put(QStringLiteral("b.jpg"), "old");
+    letNewFilesIn(false);
+    {
+        const WithoutRoot rights;
+        EXPECT_EQ(SaveImageByExtension(image, old), 1);
+        EXPECT_EQ(SaveImageByExtension(image, path(QStringLiteral("new.png"))), 0);
+        // What cannot be packed leaves a file as it was in such a folder too.
+        EXPECT_EQ(SaveImageByExtension(QImage(70'000, 1, QImage::Format_RGB32), jpeg), 0);
+    }
+    letNewFilesIn(true);
+    EXPECT_EQ(QImage(old).convertToFormat(QImage::Format_RGB32), image);
+    EXPECT_EQ(content(QStringLiteral("b.jpg")), "old");
+    EXPECT_EQ(files(), (QStringList{QStringLiteral("a.png"), QStringLiteral("b.jpg")}));
+}
+
+TEST_F(SavingByExtension, AFullDiskIsAFailureInSuchAFolderToo)
+{
+    const QString old = put(QStringLiteral("a.png"), "old");
+    letNewFilesIn(false);
+    {
+        const WithoutRoot rights;
+        const FileSizeLimit full(16);
+        EXPECT_EQ(SaveImageByExtension(image, old), 0);
+    }
+    letNewFilesIn(true);
+    EXPECT_EQ(content(QStringLiteral("a.png")).size(), 16);
 }

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 namespace {
 
 // The logger keeps the place it had at its first line, so it is given one before any test runs.
@@ -32,8 +30,6 @@ LogPlace* const s_logPlace = new LogPlace;
 [[maybe_unused]] auto* const s_registered = testing::AddGlobalTestEnvironment(s_logPlace);
 
 const QString kRoom = QStringLiteral("(room)");
-
-constexpr uid_t kNobody = 65534;
 
 } // namespace
 
@@ -110,15 +106,4 @@ QStringList LoggedLines::take()
         messages += line.section(u' ', 3); // behind date, time and thread
     messages.removeAll(kRoom);
     return messages;
-}
-
-WithoutRoot::WithoutRoot()
-    : m_changed(::geteuid() == 0 && ::seteuid(kNobody) == 0)
-{
-}
-
-WithoutRoot::~WithoutRoot()
-{
-    if (m_changed && ::seteuid(0) != 0)
-        ADD_FAILURE() << "the rights of root did not come back";
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "support/WithoutRoot.h"
+
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// Real surroundings for tests: a store on disk, the lines that reach the log, and the rights of an
-/// ordinary user.
+/// Real surroundings for tests: a store on disk and the lines that reach the log.
 
 /// An application directory of its own with an empty store, for as long as it lives.
 class TestStore {
@@ -38,16 +39,4 @@ public:
 
 private:
     qint64 m_start;
-};
-
-/// Runs with the rights of nobody where the tests run as root, whom no permission stops.
-class WithoutRoot {
-public:
-    WithoutRoot();
-    ~WithoutRoot();
-    WithoutRoot(const WithoutRoot&) = delete;
-    WithoutRoot& operator=(const WithoutRoot&) = delete;
-
-private:
-    bool m_changed;
 };
