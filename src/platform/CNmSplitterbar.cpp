@@ -99,7 +99,7 @@ void CNmSplitterbar::Place(QWidget* pane, int from, int size)
 
 void CNmSplitterbar::AdjustLayout()
 {
-    if (!m_parentWnd || m_firstWH < 0)
+    if (!m_parentWnd || !IsLaidOut())
         return;
     const int room = Room();
     const int first = std::clamp(GetFirstWndWH(), 0, room);

@@ -75,6 +75,8 @@ public:
     void SetSplitterWnd(QWidget* first, QWidget* second);
     void GetSplitterWnd(QWidget*& first, QWidget*& second) const;
     QWidget* GetSafeHwnd(); ///< The bar's window; null before it exists.
+    /// Whether `AdjustLayout` places anything: a first `SetFirstWndWH` has been.
+    bool IsLaidOut() const { return m_firstWH >= 0; }
 
 protected:
     /// The size of the parent without the bar: what the panes share.

@@ -55,6 +55,9 @@ void CNomarUpDownView::SetSplitterWnd(QWidget* upper, QWidget* lower)
         pane->show();
     }
     m_bar->SetSplitterWnd(upper, lower);
+    // In a window that is visible already the view had its size before it had a bar.
+    if (!m_bar->IsLaidOut())
+        AdjustLayout(rect());
 }
 
 void CNomarUpDownView::SetBottomHeight(int height)

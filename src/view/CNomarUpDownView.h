@@ -35,8 +35,8 @@ public:
     /// stays its child, where it is. The host may delete a pane at any time.
     void SetSplitterWnd(QWidget* upper, QWidget* lower);
     /// Sets the height of the lower pane and the bar (8 pixels) together; 218 at the start. A value
-    /// that is not positive is ignored. It takes effect when the view next changes its size. What
-    /// the user drags replaces it.
+    /// that is not positive is ignored. It takes effect when the view gets its first panes and when
+    /// it next changes its size. What the user drags replaces it.
     void SetBottomHeight(int height);
 
 protected:

@@ -261,6 +261,24 @@ TEST_F(UpDownView, PanesAreShownAndTakenIntoTheView)
     expectHeights(182, 210);
 }
 
+TEST_F(UpDownView, InAVisibleWindowThePanesHaveTheirPlacesAtOnce)
+{
+    window.resize(300, 400);
+    window.show();
+    ASSERT_EQ(view.Create(&window, QRect(0, 0, 300, 400), 5), 1);
+    view.SetBottomHeight(108);
+    upper = new QWidget;
+    lower = new QWidget;
+    view.SetSplitterWnd(upper, lower);
+    expectHeights(292, 100);
+    EXPECT_TRUE(upper->isVisible());
+    // A new height waits for the next size all the same, with other panes too.
+    view.SetBottomHeight(218);
+    expectHeights(292, 100);
+    view.SetSplitterWnd(upper, lower);
+    expectHeights(292, 100);
+}
+
 TEST_F(UpDownView, OtherPanesTakeThePlacesOfTheFirst)
 {
     make();
