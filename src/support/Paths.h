@@ -76,6 +76,6 @@ QString extract_foldername(const QString& path);
 bool path_is_folder(const QString& path);
 
 /// A directory for temporary files of this process alone (mode 0700), with a separator at its end.
-/// Made at the first call and removed with what it holds when the process ends; empty if it cannot
-/// be made.
+/// Made at the first call, and anew at a later one if it was cleared away meanwhile; removed with
+/// what it holds when the process ends. Empty if it cannot be made. Callable from any thread.
 QString GetTempDir();

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -244,4 +245,30 @@ TEST(GetTempDir, IsPrivateAndTheSameAtEachCall)
     EXPECT_TRUE(S_ISDIR(info.st_mode));
     EXPECT_EQ(info.st_mode & 07777, 0700u);
     EXPECT_EQ(GetTempDir(), directory);
+}
+
+TEST(GetTempDir, IsMadeAgainWhenItWasClearedAway)
+{
+    ASSERT_TRUE(QDir(GetTempDir()).removeRecursively());
+    const QString again = GetTempDir();
+    struct stat info;
+    ASSERT_EQ(::stat(QFile::encodeName(again), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0700u);
+    EXPECT_EQ(GetTempDir(), again);
+}
+
+TEST(GetTempDir, IsMadeAgainWhenItsNameHasGoneToSomethingElse)
+{
+    const QTemporaryDir elsewhere;
+    const QString before = QDir(GetTempDir()).absolutePath();
+    ASSERT_TRUE(QDir(before).removeRecursively());
+    ASSERT_EQ(::symlink(QFile::encodeName(elsewhere.path()), QFile::encodeName(before)), 0);
+    const QString again = GetTempDir();
+    EXPECT_NE(QDir(again).absolutePath(), before);
+    EXPECT_TRUE(path_is_folder(again));
+    EXPECT_TRUE(QFile::remove(before));
+    // A directory that others may write into is not taken either.
+    ASSERT_EQ(::chmod(QFile::encodeName(again), 0777), 0);
+    EXPECT_NE(GetTempDir(), again);
+    EXPECT_TRUE(QDir(again).removeRecursively());
 }
