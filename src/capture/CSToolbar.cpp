@@ -35,6 +35,7 @@ QRect CSToolbar::PlaceFor(const CaptureRect& selection) const
 {
     const CaptureRect chosen = selection.Normalised();
     const int width = int(m_buttons.size()) * m_buttonPitch + 2 * padding;
+    // Kept: not held on the screen, where it would hide what is selected; the menu has it all too.
     return {chosen.right - width, chosen.bottom + distance, width, m_buttonSize + 2 * padding};
 }
 

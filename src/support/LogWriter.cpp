@@ -122,6 +122,7 @@ std::FILE* LogWriter::openFile() const
     // Kept: only the low 32 bits of the size count, so a file of just over 4 GiB is appended to.
     if (static_cast<std::uint32_t>(info.st_size) <= kSizeLimit)
         return std::fopen(path, "a+e");
+    // Kept: no second file, so that the log never takes more of the disk than its limit.
     return ::unlink(path) == 0 ? std::fopen(path, "we") : nullptr;
 }
 
@@ -179,6 +180,7 @@ void LogWriter::run()
         m_stateChanged.wait_for(
             lock, kInterval, [this] { return m_stop.load(std::memory_order_relaxed) != 0; });
     }
+    // Kept: what was queued since the last pass is lost, as an end must not wait for the disk.
     setEnded();
 }
 

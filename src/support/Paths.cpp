@@ -156,6 +156,7 @@ bool IsFileExist(const QString& path)
 
 QString GetFileExt(const QString& path)
 {
+    // Kept: without a dot all of it; names in stores have been built with it ("<digest>.readme").
     return path.sliced(path.lastIndexOf(u'.') + 1);
 }
 
@@ -174,6 +175,7 @@ QString extract_foldername(const QString& path)
 {
     const QString trimmed = withoutTrailingSeparators(path);
     const qsizetype separator = lastSeparator(trimmed);
+    // Kept: empty, and not the input, without a separator; hosts that ask for the name rely on it.
     return separator < 0 ? QString() : trimmed.sliced(separator + 1);
 }
 

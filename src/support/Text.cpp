@@ -109,6 +109,7 @@ std::string Base64Encode(const char* bytes, std::size_t length)
 
 std::string Base64Decode(std::string_view text)
 {
+    // Kept: nothing is refused, so that a name in an old note that was damaged still gives one.
     static constexpr auto table = decodeTable();
     const auto at = [&](std::size_t i) { return i < text.size() ? text[i] : '\0'; };
     const auto value = [&](std::size_t i) -> std::uint32_t {

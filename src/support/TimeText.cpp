@@ -43,6 +43,7 @@ QString FormatFileSize(quint64 size)
         return QString::asprintf(
             format, static_cast<double>(size) * (1.0 / static_cast<double>(unit)));
     };
+    // Kept: a unit is left only when it is exceeded, "1024B"; cards and notes show sizes this way.
     if (size > 0x40000000)
         return scaled(0x40000000, "%.2fG");
     if (size > 0x100000)
