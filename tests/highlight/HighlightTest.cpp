@@ -1,5 +1,6 @@
 #include "highlight/Highlight.h"
 
+#include "kit/LogLines.h"
 #include "kit/Print.h"
 #include "kit/ScriptedPage.h"
 
@@ -19,6 +20,7 @@ QJsonObject argumentOf(const ScriptedPage& page, std::size_t call)
 struct HighlightTest : ::testing::Test {
     ScriptedPage page;
     Highlight highlight{page};
+    LogLines log;
 
     void paint(int hits, const QString& word = QStringLiteral("word"))
     {
@@ -108,17 +110,19 @@ TEST_F(HighlightTest, NoTwoSegmentsHaveTheSameHandle)
             EXPECT_FALSE(all[i] == all[j]);
 }
 
-TEST_F(HighlightTest, APageThatIsNotThereGivesZero)
+TEST_F(HighlightTest, APageThatIsNotThereGivesZeroAndIsSilent)
 {
     page.answer(PAGE_CALL_FAILED);
     EXPECT_EQ(highlight.HighlightText(QStringLiteral("word")), 0);
     EXPECT_TRUE(highlight.segments().empty());
+    EXPECT_EQ(log.take(), QStringList());
 }
 
-TEST_F(HighlightTest, APageThatDiesUnderTheCallGivesZero)
+TEST_F(HighlightTest, APageThatDiesUnderTheCallGivesZeroAndIsSilent)
 {
     page.answer(PAGE_CALL_LOST);
     EXPECT_EQ(highlight.HighlightText(QStringLiteral("word")), 0);
+    EXPECT_EQ(log.take(), QStringList());
 }
 
 TEST_F(HighlightTest, APageThatRefusesOrAnswersRubbishShowsNoHitsAndIsSilent)
@@ -129,6 +133,7 @@ TEST_F(HighlightTest, APageThatRefusesOrAnswersRubbishShowsNoHitsAndIsSilent)
         EXPECT_EQ(highlight.HighlightText(QStringLiteral("word")), 1) << reply;
         EXPECT_TRUE(highlight.segments().empty()) << reply;
     }
+    EXPECT_EQ(log.take(), QStringList());
 }
 
 TEST_F(HighlightTest, APageThatClaimsBillionsOfHitsFillsNoMemory)
@@ -138,7 +143,7 @@ TEST_F(HighlightTest, APageThatClaimsBillionsOfHitsFillsNoMemory)
     EXPECT_EQ(highlight.segments().size(), std::size_t(1) << 20);
 }
 
-TEST_F(HighlightTest, AFailedCancelKeepsEverySegment)
+TEST_F(HighlightTest, AFailedCancelKeepsEverySegmentAndIsSilent)
 {
     paint(3);
     const std::vector<HighlightSegment> before = highlight.segments();
@@ -150,6 +155,7 @@ TEST_F(HighlightTest, AFailedCancelKeepsEverySegment)
     page.answer(S_OK, QStringLiteral("rubbish"));
     EXPECT_EQ(highlight.CancleHighlight(), 0);
     EXPECT_EQ(highlight.segments(), before);
+    EXPECT_EQ(log.take(), QStringList());
     EXPECT_EQ(highlight.CancleHighlight(), 1);
     EXPECT_TRUE(highlight.segments().empty());
 }

@@ -1,5 +1,6 @@
 #include "support/Log.h"
 
+#include "kit/Wait.h"
 #include "support/LogWriter.h"
 #include "support/TestStore.h"
 
@@ -9,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <poll.h>
+#include <semaphore>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <thread>
@@ -216,13 +218,53 @@ TEST_F(LogWriterTest, LinesOfSeveralThreadsAreWholeAndKeepEachThreadsOrder)
     }
 }
 
+TEST_F(LogWriterTest, LinesOfTwoThreadsStandInTheOrderOfTheirArrival)
+{
+    constexpr int lines = 500;
+    std::binary_semaphore turns[]{std::binary_semaphore(1), std::binary_semaphore(0)};
+    const auto write = [&](int self) {
+        for (int i = 0; i < lines; ++i) {
+            turns[self].acquire();
+            m_writer.append(QStringLiteral("%1:%2").arg(i).arg(self));
+            turns[1 - self].release();
+        }
+    };
+    std::thread other(write, 1);
+    std::thread passes([this] {
+        for (int i = 0; i < 20; ++i)
+            m_writer.pass();
+    });
+    write(0);
+    other.join();
+    passes.join();
+    m_writer.pass();
+
+    QStringList expected;
+    for (int i = 0; i < lines; ++i)
+        expected << QStringLiteral("%1:0").arg(i) << QStringLiteral("%1:1").arg(i);
+    EXPECT_EQ(messages(), expected);
+}
+
 TEST_F(LogWriterTest, RunPassesUntilItIsStopped)
 {
     m_writer.append(kFirst);
     std::thread thread([this] { m_writer.run(); });
+    EXPECT_TRUE(waitFor([this] { return QFile(path()).size() > 0; }));
     m_writer.stop();
     EXPECT_TRUE(m_writer.waitForEnd(std::chrono::seconds(30)));
     thread.join();
+    EXPECT_EQ(messages(), QStringList(kFirst));
+}
+
+TEST_F(LogWriterTest, ALineLoggedAfterTheLastPassAndBeforeTheStopNeverReachesTheFile)
+{
+    m_writer.append(kFirst);
+    m_writer.pass();
+    m_writer.append(kSecond);
+    m_writer.stop();
+    m_writer.run();
+    EXPECT_TRUE(m_writer.waitForEnd(std::chrono::seconds(0)));
+    EXPECT_EQ(messages(), QStringList(kFirst));
 }
 
 TEST_F(LogWriterTest, AStopBeforeTheFirstPassLeavesTheFileAlone)
