@@ -117,6 +117,11 @@ void TrackLoop::Dispatch(QObject* watched, QEvent* event)
 
 bool TrackLoop::eventFilter(QObject* watched, QEvent* event)
 {
+    // A modal box has to have the mouse, wherever it was opened.
+    if (event->type() == QEvent::WindowBlocked && m_window && watched == m_window->window()) {
+        Leave();
+        return false;
+    }
     // What a dispatched message sets off is no message.
     if (m_isDispatching)
         return false;
@@ -133,10 +138,11 @@ bool TrackLoop::eventFilter(QObject* watched, QEvent* event)
     if (!message)
         return false;
     Dispatch(receiver, event);
-    if (message->input && !m_look(*message->input))
+    // It may have opened a box, and then the tracking is over.
+    if (m_isRunning && message->input && !m_look(*message->input))
         Leave();
     // Kept: a message of no meaning to the tracking is dispatched twice.
-    if (message->isRepeated && receiver)
+    if (m_isRunning && message->isRepeated && receiver)
         Dispatch(receiver, event);
     // Nobody further up is asked for what has been handled here.
     event->accept();

@@ -32,8 +32,9 @@ public:
     ~TrackLoop() override;
 
     /// Captures the mouse, brings the window up to date and runs until `look` returns false or the
-    /// capture is lost, as it is when the window is hidden or deleted. The mouse is released and
-    /// `end` is called at that moment, ahead of any further event.
+    /// capture is lost, as it is when the window is hidden or deleted or a modal box comes up. The
+    /// mouse is released and `end` is called at that moment, ahead of any further event; it returns
+    /// when a box is gone again.
     void Run(const Look& look, const std::function<void()>& end);
 
 protected:

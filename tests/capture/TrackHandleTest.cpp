@@ -1,116 +1,11 @@
 // The loop in which the tracker's rectangle is moved and resized, with real events.
 
-#include "capture/RectPrint.h"
+#include "capture/TrackKit.h"
 
-#include "capture/CMyTracker.h"
 #include "platform/WindowMessage.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPointer>
-#include <QTimer>
 #include <QWheelEvent>
-#include <QWidget>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
-
-namespace {
-
-constexpr CaptureRect start{100, 100, 200, 150};
-
-using Calls = std::vector<std::string>;
-
-/// Tells in words what the tracker calls during a tracking.
-class Telling : public CMyTracker {
-public:
-    Calls calls;
-
-    void DrawTrackerRect(const CaptureRect& shown, QWidget*, DragFrame*, QWidget*) override
-    {
-        calls.push_back((!erase              ? "draw "
-                                : eraseFinal ? "last "
-                                             : "erase ")
-            + std::to_string(shown.left));
-    }
-    void OnChangedRect(const CaptureRect& rectOld) override
-    {
-        calls.push_back("changed " + std::to_string(rectOld.left));
-    }
-};
-
-class Window : public QWidget {
-public:
-    std::map<QEvent::Type, int> seen;
-    std::function<void(QEvent*)> onEvent;
-
-protected:
-    bool event(QEvent* event) override
-    {
-        ++seen[event->type()];
-        if (onEvent)
-            onEvent(event);
-        return QWidget::event(event);
-    }
-};
-
-class TrackHandle : public ::testing::Test {
-protected:
-    TrackHandle()
-    {
-        window->setMouseTracking(true);
-        window->resize(400, 300);
-        window->show();
-        tracker.style = 81;
-        tracker.rect = start;
-        tracker.invertAllow = true;
-    }
-    ~TrackHandle() override { EXPECT_EQ(QWidget::mouseGrabber(), nullptr); }
-
-    /// What the user does next, in this order, once the tracking runs.
-    void Mouse(QEvent::Type type, const QPoint& at, Qt::MouseButton button = Qt::NoButton)
-    {
-        QCoreApplication::postEvent(window.get(),
-            new QMouseEvent(type, at, window->mapToGlobal(QPointF(at)), button, Qt::LeftButton,
-                Qt::NoModifier));
-    }
-    void Move(const QPoint& to) { Mouse(QEvent::MouseMove, to); }
-    void Release(const QPoint& at) { Mouse(QEvent::MouseButtonRelease, at, Qt::LeftButton); }
-    void Key(int key)
-    {
-        QCoreApplication::postEvent(
-            window.get(), new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
-    }
-    void Do(std::function<void()> what)
-    {
-        QMetaObject::invokeMethod(&queue, std::move(what), Qt::QueuedConnection);
-    }
-    bool Track(TrackerHit hit, const QPoint& at)
-    {
-        // A tracking that does not end is a failure and no reason to wait.
-        QTimer late;
-        late.setSingleShot(true);
-        QObject::connect(&late, &QTimer::timeout, [] {
-            ADD_FAILURE() << "the tracking goes on";
-            if (QWidget* grabber = QWidget::mouseGrabber())
-                grabber->releaseMouse();
-        });
-        late.start(10000);
-        return tracker.TrackHandle(hit, window.get(), at);
-    }
-
-    QObject queue;
-    std::unique_ptr<Window> window = std::make_unique<Window>();
-    Telling tracker;
-};
-
-} // namespace
 
 TEST_F(TrackHandle, AMoveKeepsTheSizeAndTheFirstStepErasesNothing)
 {
@@ -282,7 +177,7 @@ TEST_F(TrackHandle, AMessageOfNoMeaningIsDispatchedTwiceAndThoseOfMeaningOnce)
 TEST_F(TrackHandle, QueuedCallsTimersDeletionsPaintAndOtherWindowsHappenOnce)
 {
     int calls = 0, timeouts = 0, paints = 0, otherWheels = 0;
-    Window other;
+    TrackedWindow other;
     const QPointer<QObject> deleted = new QObject;
     window->onEvent = [&](QEvent* event) { paints += event->type() == QEvent::Paint; };
     Move({110, 100});
@@ -318,80 +213,6 @@ TEST_F(TrackHandle, EventsOfAChildCountAtTheirPlaceInTheWindow)
     Release({110, 100});
     EXPECT_TRUE(Track(hitMiddle, {100, 100}));
     EXPECT_EQ(tracker.calls, Calls({"changed 100", "draw 110", "last 110", "changed 110"}));
-}
-
-TEST_F(TrackHandle, LosingTheCaptureKeepsTheRectangleAsItStands)
-{
-    Move({110, 110});
-    Do([this] { window->releaseMouse(); });
-    EXPECT_TRUE(Track(hitMiddle, {100, 100}));
-    EXPECT_EQ(tracker.rect, (CaptureRect{110, 110, 210, 160}));
-}
-
-TEST_F(TrackHandle, LosingTheCaptureToAnotherWindowLeavesItThere)
-{
-    Window other;
-    other.show();
-    Do([&] { other.grabMouse(); });
-    Move({110, 110});
-    EXPECT_FALSE(Track(hitMiddle, {100, 100}));
-    EXPECT_EQ(tracker.rect, start);
-    EXPECT_EQ(QWidget::mouseGrabber(), &other);
-    other.releaseMouse();
-}
-
-TEST_F(TrackHandle, EndsWithItsWindow)
-{
-    Move({110, 110});
-    Do([this] { window->hide(); });
-    EXPECT_TRUE(Track(hitMiddle, {100, 100}));
-    EXPECT_EQ(tracker.rect, (CaptureRect{110, 110, 210, 160}));
-
-    window->show();
-    Do([this] { window.reset(); });
-    EXPECT_FALSE(Track(hitMiddle, {100, 100}));
-}
-
-TEST_F(TrackHandle, ChangesNothingWhileAnyWidgetHoldsTheCapture)
-{
-    Window other;
-    other.show();
-    other.grabMouse();
-    EXPECT_FALSE(Track(hitMiddle, {100, 100}));
-    EXPECT_EQ(QWidget::mouseGrabber(), &other);
-    other.releaseMouse();
-    EXPECT_EQ(tracker.rect, start);
-    EXPECT_TRUE(tracker.calls.empty());
-}
-
-TEST_F(TrackHandle, APressDuringATrackingStartsNoOther)
-{
-    std::vector<bool> results;
-    window->onEvent = [&](QEvent* event) {
-        if (event->type() == QEvent::MouseButtonPress)
-            results.push_back(tracker.TrackHandle(hitLeft, window.get(), {100, 100}));
-    };
-    Mouse(QEvent::MouseButtonPress, {100, 100}, Qt::LeftButton);
-    Release({100, 100});
-    EXPECT_FALSE(Track(hitMiddle, {100, 100}));
-    EXPECT_EQ(results, (std::vector<bool>{false, false}));
-}
-
-TEST_F(TrackHandle, APressThatArrivesWithTheReleaseStartsTheNextOne)
-{
-    bool second = false;
-    window->onEvent = [&](QEvent* event) {
-        if (event->type() == QEvent::MouseButtonPress)
-            second = tracker.TrackHandle(hitMiddle, window.get(), {110, 100});
-    };
-    Move({110, 100});
-    Release({110, 100});
-    Mouse(QEvent::MouseButtonPress, {110, 100}, Qt::LeftButton);
-    Move({150, 100});
-    Release({150, 100});
-    EXPECT_TRUE(Track(hitMiddle, {100, 100}));
-    EXPECT_TRUE(second);
-    EXPECT_EQ(tracker.rect, (CaptureRect{150, 100, 250, 150}));
 }
 
 TEST_F(TrackHandle, ShowsADragFrameUntilItsEnd)
