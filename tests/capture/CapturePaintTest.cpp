@@ -229,6 +229,32 @@ TEST_F(CapturePaint, OutsideOfTheScreenASceneIsNotPainted)
     EXPECT_EQ(image.pixelColor(20, 20), QColor(Qt::red));
 }
 
+TEST_F(CapturePaint, WhileASelectionIsDrawnEachMoveBringsTheTipWithTheSelectionOfTheMoveBefore)
+{
+    CSTip& tip = capture.tip();
+    const auto drawn = [&] {
+        QImage image(tip.size() * ratio(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio());
+        QPainter painter(&image);
+        tip.DrawTip(painter, {0, 0, tip.width(), tip.height()});
+        return image;
+    };
+    const QPoint next{500, 450};
+    press(from);
+    move(to);
+    tip.PointerAt(next);
+    const QImage expected = drawn();
+
+    const Paints paints(tip);
+    moveAlone(next);
+    EXPECT_EQ(paints.count, 1);
+    ASSERT_EQ(capture.Selection(), (CaptureRect{304, 304, 500, 450}));
+    QImage now = contentOf(capture).copy(pixelsOf(tip.geometry()));
+    now.setDevicePixelRatio(ratio());
+    EXPECT_EQ(now, expected);
+    EXPECT_NE(now, drawn()) << "which has the selection of now";
+}
+
 TEST_F(CapturePaint, AWindowLargerThanTheScreenIsBlackBeyondIt)
 {
     OpenCapture small(patterned(screen.size() / 2, ratio()));
