@@ -236,6 +236,37 @@ TEST_F(PageAttachments, OldFormGetsItsNameWithTheFirstEdit)
     EXPECT_EQ(page.html(), note);
 }
 
+TEST_F(PageAttachments, OldFormAloneInItsNoteKeepsItsNameWhenItMoves)
+{
+    // Of a note in one block the page has looked whether there is anything in it.
+    const QString note = u"<p><img class=\"userdata/attachment/x.png\"></p>"_s;
+    page.load(note);
+    page.focusNote();
+    page.js(u"note.getSelection().collapse(note.querySelector('p'), 1)"_s);
+    page.key(Qt::Key_Return);
+    page.type(u"y"_s);
+    EXPECT_TRUE(page.html().contains(u"nm_exdata"_s)) << page.html().toStdString();
+    EXPECT_EQ(page.html(), page.shown());
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), note);
+}
+
+TEST_F(PageAttachments, ModifyToTheSameValuesLeavesAnUneditedNoteByteForByte)
+{
+    const QString note =
+        u"<P TITLE=odd>x<IMG NM_EXDATA='%1' class='userdata\\attachment\\1.bmp' "
+        u"SRC = ../userdata\\attachment\\1.bmp ><img class=userdata/attachment/old.png><p>end"_s
+            .arg(exdata(u"a.txt"_s));
+    page.load(note);
+    EXPECT_EQ(page.call(u"ModifyAttachAtrr"_s,
+                  u"{\"nm_exdata\":%1,\"ClassValue\":\"userdata\\\\attachment\\\\1.bmp\","
+                  u"\"SrcValue\":\"../userdata\\\\attachment\\\\1.bmp\"}"_s.arg(
+                      exdata(u"a.txt"_s)))[u"result"],
+        QJsonValue(true));
+    EXPECT_EQ(page.html(), note);
+}
+
 TEST_F(PageAttachments, AttributesSurviveAnEditWithBackslashes)
 {
     page.load(u"<p>x</p>"_s + element(u"a.doc"_s, u"1#2%3.bmp"_s));

@@ -82,7 +82,8 @@ export class Content {
     willChange(): void {
         if (this.baseline !== null || this.currentRevision() > 0) return;
         nameOldAttachments(this.frame.body);
-        this.observer.takeRecords();
+        // No change of the user's, so none that counts; but what was written out may lack the names.
+        this.pieces.note(this.observer.takeRecords());
         this.baseline = this.pieces.html().join("");
     }
 
