@@ -39,7 +39,6 @@ editor.stateChanged = () => {
 };
 editor.theme.set(settings.dark);
 editor.load("");
-editor.content.loads = 0; // That one was the page's own.
 closePopupsOutside();
 // The keyboard came to the page and to nothing in it: keys are meant for the note.
 window.addEventListener("focus", () => {

@@ -147,6 +147,22 @@ TEST(PageProtocol, NoteThatCannotBeShownIsToldInABox)
     EXPECT_EQ(page.jsText(u"note.body.contentEditable"_s), u"false"_s);
 }
 
+TEST(PageProtocol, DraftsCountOnlyTheNotesThatCouldBeShown)
+{
+    PageHarness page;
+    page.load(u"<p>a</p>"_s);
+    page.js(u"Object.defineProperty(document.implementation, 'createHTMLDocument', "
+            u"{ value: null, configurable: true })"_s);
+    ASSERT_EQ(page.call(u"SetEditorContent"_s, u"<p>b</p>"_s)[u"result"], QJsonValue(false));
+    page.js(u"delete document.implementation.createHTMLDocument"_s);
+    page.load(u"<p>c</p>"_s);
+    page.focusNote();
+    page.caret(u"p"_s, 1);
+    page.type(u"!"_s);
+    ASSERT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'draft')"_s));
+    EXPECT_EQ(page.posts(u"draft"_s), QStringList{u"{\"load\":2,\"html\":\"<p>c!</p>\"}"_s});
+}
+
 TEST(PageProtocol, FocusPutsTheCaretIntoTheNote)
 {
     PageHarness page;

@@ -24,9 +24,6 @@ function equal(some: string[], others: string[]): boolean {
 }
 
 export class Content {
-    /** Calls of `load` that this page has received. */
-    loads = 0;
-
     private stored = "";
     private revision = 0;
     /** Whether the frame's nodes are just what the stored text says. */
@@ -53,7 +50,6 @@ export class Content {
         this.observer.disconnect();
         this.pieces.forget();
         this.stored = html;
-        this.loads++;
         this.revision = 0;
         this.faithful = false;
         this.baseline = null;
