@@ -35,6 +35,16 @@ protected:
         page.key(Qt::Key_C, Qt::ControlModifier);
         EXPECT_TRUE(page.waitFor(u"recorded.posts.some(post => post[0] === 'copied')"_s));
     }
+    /** Drops HTML of another program at the end of the note's paragraph. */
+    void dropHtml(const QString& html)
+    {
+        page.js(u"{ const data = new DataTransfer(); data.setData('text/html', %1);"
+                u"const paragraph = note.querySelector('p');"
+                u"const box = paragraph.getBoundingClientRect();"
+                u"paragraph.dispatchEvent(new DragEvent('drop', { dataTransfer: data, "
+                u"bubbles: true, cancelable: true, clientX: box.right - 2, "
+                u"clientY: box.top + 8 })); }"_s.arg(quoted(html)));
+    }
     QString clipboardHtml() { return QApplication::clipboard()->mimeData()->html(); }
 };
 
@@ -174,11 +184,16 @@ TEST_F(PageClipboard, CopyAndPasteInsideTheNoteAddsNoStyles)
 TEST_F(PageClipboard, DroppedHtmlIsSanitisedAndInserted)
 {
     start(u"<p>ab</p>"_s);
-    page.js(
-        u"{ const data = new DataTransfer(); data.setData('text/html', "
-        u"'<i onclick=\"x()\">new</i>'); const box = "
-        u"note.querySelector('p').getBoundingClientRect();"
-        u"note.querySelector('p').dispatchEvent(new DragEvent('drop', { dataTransfer: data, "
-        u"bubbles: true, cancelable: true, clientX: box.right - 2, clientY: box.top + 8 })); }"_s);
+    dropHtml(u"<i onclick=\"x()\">new</i>"_s);
+    EXPECT_EQ(page.html(), u"<p>ab<i>new</i></p>"_s);
+}
+
+TEST_F(PageClipboard, DropFromOutsideIsSanitisedAfterADragInsideTheNoteThatNeverEnded)
+{
+    start(u"<p>ab</p>"_s);
+    page.js(u"for (const type of ['dragstart', 'drop']) note.querySelector('p').dispatchEvent("
+            u"new DragEvent(type, { dataTransfer: new DataTransfer(), bubbles: true, "
+            u"cancelable: true }))"_s);
+    dropHtml(u"<i onclick=\"x()\">new</i>"_s);
     EXPECT_EQ(page.html(), u"<p>ab<i>new</i></p>"_s);
 }

@@ -23,6 +23,17 @@ protected:
                 u"{ clipboardData: data, bubbles: true, cancelable: true })); }"_s.arg(
                     quoted(type), quoted(data)));
     }
+
+    /** Whether the engine may drop the selection, dragged inside the note, or a copy of it. */
+    bool mayDrop(bool copy)
+    {
+        return page.jsBool(
+            u"(() => { const at = note.querySelector('p'); const send = (type) => at.dispatchEvent("
+            u"new DragEvent(type, { bubbles: true, cancelable: true, ctrlKey: %1, "
+            u"dataTransfer: new DataTransfer() }));"
+            u"send('dragstart'); const may = send('drop'); send('dragend'); return may; })()"_s.arg(
+                copy ? u"true"_s : u"false"_s));
+    }
 };
 
 TEST_F(PageLimit, TypingBeyondItIsRefusedWithAMessage)
@@ -142,6 +153,22 @@ TEST_F(PageLimit, PasteBeyondItIsRefusedWhole)
     EXPECT_EQ(page.text(), u"abc"_s);
     paste(u"text/html"_s, u"<b>123</b>"_s);
     EXPECT_EQ(page.text(), u"abc123"_s);
+}
+
+TEST_F(PageLimit, CopyDraggedInsideTheNoteCountsAndAMoveDoesNot)
+{
+    start(u"<p>ab<b>cd</b>e</p>"_s, 7);
+    page.select(u"p"_s, 1, 4);
+    EXPECT_TRUE(mayDrop(false));
+    EXPECT_FALSE(refused());
+    EXPECT_FALSE(mayDrop(true));
+    EXPECT_TRUE(refused());
+    EXPECT_EQ(page.html(), u"<p>ab<b>cd</b>e</p>"_s);
+
+    start(u"<p>ab<b>cd</b>e</p>"_s, 7);
+    page.select(u"p"_s, 1, 3);
+    EXPECT_TRUE(mayDrop(true));
+    EXPECT_FALSE(refused());
 }
 
 TEST_F(PageLimit, AttachmentsAreNoText)

@@ -84,9 +84,15 @@ export function listenToClipboard(editor: Editor): void {
         doc.addEventListener("dragstart", () => (ownDrag = true));
         doc.addEventListener("dragend", () => (ownDrag = false));
         doc.addEventListener("drop", (event) => {
-            // A piece of the note that is moved inside it: the engine moves it, in one undo step.
-            if (ownDrag && editor.editable) {
-                editor.content.willChange();
+            const own = ownDrag;
+            // What is moved leaves its place, and its "dragend" may reach nobody: the next drop would
+            // pass for one's own, and go in unseen.
+            ownDrag = false;
+            // A piece of the note that is dragged inside it: the engine moves it, or with Ctrl copies
+            // it, in one undo step.
+            if (own && editor.editable) {
+                if (event.ctrlKey && !editor.limit.admitsCopy()) event.preventDefault();
+                else editor.content.willChange();
                 return;
             }
             event.preventDefault();

@@ -35,12 +35,23 @@ export class Limit {
 
     /** Whether `added` characters may take the place of the selection; says so when they may not. */
     admits(added: number): boolean {
+        return this.fits(added, () => this.selectedCharacters());
+    }
+
+    /** Whether the selection may stand in the note a second time; says so when it may not. */
+    admitsCopy(): boolean {
+        const range = this.editor.selection.range();
+        if (!range || range.collapsed) return true;
+        return this.fits(countCharacters(this.editor.selection.fragment(range)), () => 0);
+    }
+
+    private fits(added: number, replaced: () => number): boolean {
         if (added === 0 || this.atMost + added <= this.max) {
             this.atMost += added;
             return true;
         }
         const characters = this.characters();
-        const room = this.max - characters + this.selectedCharacters();
+        const room = this.max - characters + replaced();
         if (added <= room) {
             this.atMost = characters + added;
             return true;
