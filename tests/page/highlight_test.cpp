@@ -46,6 +46,22 @@ TEST_P(PageHighlight, ALinkAndColouredTextHaveTheColoursOfAHitToo)
     }
 }
 
+TEST_P(PageHighlight, AHitThatCannotBePaintedDoesNotHoldUpTheOthers)
+{
+    load(u"<p>one hit</p><p>two hit</p><p>three hit</p>"_s);
+    page.js(
+        u"{ const bad = note.querySelectorAll('p')[1].firstChild;"
+        "  Object.defineProperty(bad, 'ownerDocument', { get() { throw new Error('forced'); } });"
+        "  const view = note.defaultView, Range = view.StaticRange;"
+        "  view.StaticRange = function (place) {"
+        "    if (place.startContainer === bad) throw new Error('forced');"
+        "    return new Range(place); }; }"_s);
+    EXPECT_EQ(highlight(u"hit"_s), 3);
+    EXPECT_TRUE(paints(u"hit|hit"_s));
+    EXPECT_TRUE(clear());
+    EXPECT_TRUE(paints(u""_s));
+}
+
 TEST_P(PageHighlight, UpperAndLowerCaseAreToldApart)
 {
     load(u"<p>note Note NOTE</p>"_s);

@@ -77,16 +77,26 @@ export class HitOverlay implements Brush {
         const screen = new DOMRect(0, 0, clientWidth, clientHeight);
         const boxes: HTMLElement[] = [];
         for (const hit of this.shown) {
-            for (const text of textsOf(hit)) {
-                const parent = text.node.parentElement!;
-                for (const piece of piecesOf(text.node, text.start, text.end)) {
-                    const clip = overlap(piece.box, clipAround(parent, screen));
-                    if (clip) boxes.push(boxOf(piece, clip, parent));
-                }
+            try {
+                boxes.push(...boxesOf(hit, screen));
+            } catch {
+                // One that cannot be painted is missing; the others are not.
             }
         }
         this.layer.replaceChildren(...boxes);
     }
+}
+
+function boxesOf(hit: Hit, screen: DOMRect): HTMLElement[] {
+    const boxes: HTMLElement[] = [];
+    for (const text of textsOf(hit)) {
+        const parent = text.node.parentElement!;
+        for (const piece of piecesOf(text.node, text.start, text.end)) {
+            const clip = overlap(piece.box, clipAround(parent, screen));
+            if (clip) boxes.push(boxOf(piece, clip, parent));
+        }
+    }
+    return boxes;
 }
 
 interface Stretch {

@@ -40,10 +40,14 @@ export class HitRanges implements Brush {
     show(hits: Hit[]): void {
         for (const hit of hits) {
             if (this.ranges.has(hit)) continue;
-            // Live ranges would slow down every edit.
-            const range = new this.view.StaticRange(hit.place);
-            this.ranges.set(hit, range);
-            this.painted.add(range);
+            try {
+                // Live ranges would slow down every edit.
+                const range = new this.view.StaticRange(hit.place);
+                this.painted.add(range);
+                this.ranges.set(hit, range);
+            } catch {
+                // One that cannot be painted is missing; the others are not.
+            }
         }
     }
 
