@@ -22,15 +22,19 @@ interface Lines {
 
 export class Pieces {
     private known = new WeakMap<Node, Piece>();
+    /** The pieces of the body as it stands; null when it has changed since they were looked for. */
+    private standing: Piece[] | null = null;
 
     constructor(private readonly body: () => HTMLElement) {}
 
     forget(): void {
         this.known = new WeakMap();
+        this.standing = null;
     }
 
     /** Drops what these changes make untrue. */
     note(records: MutationRecord[]): void {
+        this.standing = null;
         const body = this.body();
         for (const record of records) {
             let node: Node | null = record.target;
@@ -63,8 +67,12 @@ export class Pieces {
         if (piece) piece.html = piece.lines = undefined;
     }
 
-    /** The pieces of the body as it stands: those that are still made of the same nodes, and new ones. */
     private all(): Piece[] {
+        return (this.standing ??= this.walk());
+    }
+
+    /** Those that are still made of the same nodes, and new ones. */
+    private walk(): Piece[] {
         const pieces: Piece[] = [];
         for (let node: Node | null = this.body().firstChild; node; ) {
             const old: Piece | undefined = this.known.get(node);
