@@ -36,6 +36,21 @@ TEST_F(PageLinks, OnlyWebAndMailLeaveAndNothingNavigates)
     EXPECT_EQ(page.jsText(u"location.href + note.location.href"_s), address);
 }
 
+TEST_F(PageLinks, LinkInADrawingNeverNavigates)
+{
+    const QString note = u"<p>x</p><svg width=\"200\" height=\"60\"><a xlink:href=\"%1\">"
+                         u"<rect width=\"200\" height=\"60\"></rect></a></svg>"_s;
+    for (const QString& address : {u"https://example.org/"_s, u"about:blank"_s}) {
+        page.load(note.arg(address));
+        readOnly();
+        page.clickNote(u"rect"_s);
+        EXPECT_TRUE(page.jsBool(u"note.querySelector('rect') !== null"_s));
+    }
+    const QList<NativeCall> calls = page.calls(u"OpenHyperLink"_s);
+    ASSERT_EQ(calls.size(), 1);
+    EXPECT_EQ(calls[0].json, u"{\"url\":\"https://example.org/\"}"_s);
+}
+
 TEST_F(PageLinks, ClickWhileEditingPlacesTheCaretAndOffersToOpen)
 {
     page.load(u"<p>text <a href='https://example.org/'>link text</a></p>"_s);

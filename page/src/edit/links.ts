@@ -17,13 +17,15 @@ export function completeAddress(typed: string): string | null {
     return /^[^\s/?#]+\.[^\s]+$|^localhost\b/i.test(text) ? `https://${text}` : null;
 }
 
+/** The link that an event happened on. One in a drawing may have its address as `xlink:href`. */
 export function linkAt(target: EventTarget | null): Element | null {
     const element = target as Element | null;
-    return element?.closest?.("a[href],area[href]") ?? null;
+    return element?.closest?.("a,area") ?? null;
 }
 
 export function openLink(link: Element): void {
-    const address = outsideAddress((link.getAttribute("href") ?? "").trim());
+    const href = link.getAttribute("href") ?? link.getAttribute("xlink:href");
+    const address = outsideAddress((href ?? "").trim());
     if (address) native.openHyperLink(address);
 }
 
