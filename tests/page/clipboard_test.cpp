@@ -97,6 +97,20 @@ TEST_F(PageClipboard, CodeTakesPlainTextOnly)
     EXPECT_EQ(page.html(), u"<pre>ax</pre>"_s);
 }
 
+TEST_F(PageClipboard, LinesPastedIntoCodeStayInOneBlockOfCode)
+{
+    start(u"<pre>ab</pre>"_s);
+    page.caret(u"pre"_s, 1);
+    setClipboard(QString(), u"1 < 2\r\n  three\n\nfour"_s);
+    paste();
+    EXPECT_EQ(page.html(), u"<pre>a1 &lt; 2\n  three\n\nfourb</pre>"_s);
+    page.type(u"x"_s);
+    EXPECT_EQ(page.text(), u"a1 < 2\n  three\n\nfourxb"_s);
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), u"<pre>ab</pre>"_s);
+}
+
 TEST_F(PageClipboard, ReadOnlyNoteTakesNothing)
 {
     start(u"<p>a</p>"_s);

@@ -116,6 +116,41 @@ TEST_F(PageEditing, TabIndentsAListItemAndIsACharacterElsewhere)
     EXPECT_TRUE(page.jsBool(u"note.hasFocus()"_s));
 }
 
+TEST_F(PageEditing, InlineCodeKeepsPicturesAndLineBreaks)
+{
+    const QString picture = u"<img class=\"userdata\\attachment\\1.png\" nm_exdata=\"{}\">"_s;
+    const QString note = u"<div>a<b>b</b>"_s + picture + u"c<br>de</div>"_s;
+    start(note);
+    page.select(u"div"_s, 1, 4);
+    page.key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), u"<div>a<code>b"_s + picture + u"c<br>d</code>e</div>"_s);
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), note);
+}
+
+TEST_F(PageEditing, CodeOverBlocksKeepsTheirLines)
+{
+    start(u"one<div>two</div>three"_s);
+    page.js(
+        u"note.getSelection().setBaseAndExtent(note.body.firstChild, 0, note.body.lastChild, 5)"_s);
+    page.key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(page.text(), u"one\ntwo\nthree"_s);
+    EXPECT_TRUE(page.jsBool(u"!!note.querySelector('pre')"_s)) << page.shown().toStdString();
+}
+
+TEST_F(PageEditing, ListOfParagraphsTurnsBackIntoText)
+{
+    const QString note = u"<ul><li><p>a</p></li><li><p>b</p></li></ul>"_s;
+    start(note);
+    page.caret(u"p"_s, 1);
+    page.key(Qt::Key_8, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(page.text(), u"a\nb"_s);
+    EXPECT_TRUE(page.jsBool(u"note.querySelectorAll('li').length === 1"_s))
+        << page.shown().toStdString();
+    page.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(page.html(), note);
+}
+
 TEST_F(PageEditing, TableOfTheSizePointedAt)
 {
     start(u"<p>a</p>"_s);

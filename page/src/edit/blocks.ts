@@ -9,6 +9,12 @@ export const inlineFormats = new Set(
 const blockSelector =
     "p,div,h1,h2,h3,h4,h5,h6,pre,blockquote,li,td,th,dd,dt,address,center,section,article";
 
+/** More than a part of one paragraph. */
+const notInline = `${blockSelector},ul,ol,dl,table,hr`;
+
+/** What inline code may hold beside text. */
+const keptInCode = new Set(["br", "img"]);
+
 /** Blocks of plain paragraphs, which may turn into each other. */
 const paragraphs = new Set(["p", "div", "h1", "h2", "h3", "h4", "h5", "h6"]);
 
@@ -68,7 +74,8 @@ export function toggleList(editor: Editor, command: string): void {
     const selected = selectedParagraphs(editor);
     // Engine quirk (Chromium 102): its command leaves the list inside the `p`, which no parser
     // accepts, so that the note would come back with stray empty paragraphs.
-    if (!selected?.some((block) => block.localName === "p")) {
+    const inList = editor.selection.closest("li") !== null;
+    if (inList || !selected?.some((block) => block.localName === "p")) {
         editor.exec(command);
         return;
     }
@@ -103,11 +110,14 @@ export function toggleCode(editor: Editor): void {
     const inside =
         oneBlock === (range && blockOf(range.endContainer, editor.frame.body)) ||
         range?.startContainer === range?.endContainer;
-    if (!range || range.collapsed || !inside) {
+    const part = range && !range.collapsed && inside ? range.cloneContents() : null;
+    if (!part || part.querySelector(notInline)) {
         editor.exec("formatBlock", "pre");
         return;
     }
+    for (const element of part.querySelectorAll("*"))
+        if (!keptInCode.has(element.localName)) element.replaceWith(...element.childNodes);
     const holder = editor.frame.document.createElement("code");
-    holder.textContent = range.toString();
+    holder.append(part);
     editor.exec("insertHTML", holder.outerHTML);
 }

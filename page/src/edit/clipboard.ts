@@ -2,6 +2,7 @@
 
 import { channel } from "../bridge/native";
 import type { Editor } from "../editor";
+import { escapeText } from "../note/html";
 import { codePoints, countCharacters, plainText } from "../note/plaintext";
 import { readPasted } from "../paste/foreign";
 
@@ -38,7 +39,11 @@ function insertForeign(editor: Editor, html: string, own: boolean): void {
 }
 
 function insertPlain(editor: Editor, text: string): void {
-    if (editor.limit.admits(codePoints(text))) editor.exec("insertText", text);
+    if (!editor.limit.admits(codePoints(text))) return;
+    // The engine would begin another block of code at each line.
+    if (editor.selection.closest("pre") && /[\r\n]/.test(text))
+        editor.exec("insertHTML", escapeText(text.replace(/\r\n?/g, "\n")));
+    else editor.exec("insertText", text);
 }
 
 function insertData(editor: Editor, data: DataTransfer): void {
