@@ -228,6 +228,45 @@ TEST_F(PageEditing, DeletingTheLastRowOrColumnDeletesTheTable)
     }
 }
 
+TEST_F(PageEditing, CellsThatSpanOthersStayInTheirPlaces)
+{
+    const QString before =
+        u"<p>0</p><table><tbody><tr><td rowspan=\"2\">a</td><td colspan=\"2\">b</td></tr>"
+        u"<tr><td>c</td><td>d</td></tr></tbody></table><p>9</p>"_s;
+    // The caret's cell, the change, and what each row holds then: rowspan x colspan where not 1
+    // x 1.
+    const QList<std::tuple<int, QString, QString, QString>> changes{
+        {2, u"Delete column"_s, u"a2x1,b;d"_s, u"1,0"_s},
+        {0, u"Delete column"_s, u"b1x2;c,d"_s, u"0,0"_s},
+        {0, u"Delete row"_s, u"a,c,d"_s, u"0,0"_s},
+        {2, u"Delete row"_s, u"a,b1x2"_s, u"0,1"_s},
+        {2, u"Insert row above"_s, u"a3x1,b1x2;,;c,d"_s, u"1,0"_s},
+        {0, u"Insert row below"_s, u"a2x1,b1x2;c,d;,,"_s, u"2,0"_s},
+        {1, u"Insert row below"_s, u"a3x1,b1x2;,;c,d"_s, u"1,0"_s},
+        {3, u"Insert column left"_s, u"a2x1,b1x3;c,,d"_s, u"1,1"_s},
+        {1, u"Insert column right"_s, u"a2x1,b1x2,;c,d,"_s, u"0,2"_s},
+        {0, u"Insert column right"_s, u"a2x1,,b1x2;,c,d"_s, u"0,1"_s},
+        {0, u"Insert column left"_s, u",a2x1,b1x2;,c,d"_s, u"0,0"_s},
+    };
+    for (const auto& [cell, label, after, caret] : changes) {
+        start(before);
+        page.js(
+            u"note.getSelection().collapse(note.querySelectorAll('td')[%1].firstChild, 1)"_s.arg(
+                cell));
+        page.clickTool(u"Table"_s);
+        page.chooseMenu(label);
+        const std::string name = label.toStdString() + " at " + std::to_string(cell);
+        EXPECT_EQ(page.jsText(u"[...note.querySelectorAll('tr')].map(r => [...r.cells].map(c => "
+                              u"c.textContent + (c.rowSpan * c.colSpan > 1 ? c.rowSpan + 'x' + "
+                              u"c.colSpan : '')).join(',')).join(';')"_s),
+            after)
+            << name;
+        EXPECT_EQ(caretCell(), caret) << name;
+        page.key(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(page.html(), before) << name;
+    }
+}
+
 TEST_F(PageEditing, TabGoesThroughTheCellsAndAddsARow)
 {
     start(u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);

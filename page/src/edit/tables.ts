@@ -2,6 +2,7 @@
 // `insertHTML`, which makes each of them one step of undo.
 
 import type { Editor } from "../editor";
+import { TableGrid } from "./tablegrid";
 
 const cellStyle = 'style="border: 1px solid #c4c9d1; padding: 6px 10px; vertical-align: top;"';
 
@@ -17,62 +18,54 @@ export function insertTable(editor: Editor, rows: number, columns: number): void
     if (table) caretInto(editor, table.rows[0]?.cells[0]);
 }
 
-type Change = (table: HTMLTableElement, row: number, column: number) => [number, number] | null;
+/** Changes a table, and gives the cell for the caret; null when nothing is left of the table. */
+type Change = (table: HTMLTableElement, cell: HTMLTableCellElement) => HTMLTableCellElement | null;
 
 export type TableChange =
     "rowAbove" | "rowBelow" | "columnLeft" | "columnRight" | "deleteRow" | "deleteColumn";
 
 const changes: Record<TableChange, Change> = {
-    rowAbove: (table, row, column) => {
-        insertRow(table, row, row);
-        return [row, column];
+    rowAbove: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { top, left } = grid.areaOf(cell);
+        grid.insertRow(top, top);
+        return cellAt(table, top, left);
     },
-    rowBelow: (table, row, column) => {
-        insertRow(table, row, row + 1);
-        return [row + 1, column];
+    rowBelow: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { left, bottom } = grid.areaOf(cell);
+        grid.insertRow(bottom, bottom - 1);
+        return cellAt(table, bottom, left);
     },
-    columnLeft: (table, row, column) => {
-        insertColumn(table, column, "before");
-        return [row, column];
+    columnLeft: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { top, left } = grid.areaOf(cell);
+        grid.insertColumn(left, left);
+        return cellAt(table, top, left);
     },
-    columnRight: (table, row, column) => {
-        insertColumn(table, column, "after");
-        return [row, column + 1];
+    columnRight: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { top, right } = grid.areaOf(cell);
+        grid.insertColumn(right, right - 1);
+        return cellAt(table, top, right);
     },
-    deleteRow: (table, row, column) => {
-        table.rows[row]!.remove();
-        return table.rows.length > 0 ? [Math.min(row, table.rows.length - 1), column] : null;
+    deleteRow: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { top, left } = grid.areaOf(cell);
+        grid.deleteRow(top);
+        return cellAt(table, Math.min(top, table.rows.length - 1), left);
     },
-    deleteColumn: (table, row, column) => {
-        for (const each of table.rows) each.cells[column]?.remove();
-        const width = Math.max(...Array.from(table.rows, (each) => each.cells.length));
-        return width > 0 ? [row, Math.min(column, width - 1)] : null;
+    deleteColumn: (table, cell) => {
+        const grid = new TableGrid(table);
+        const { top, left } = grid.areaOf(cell);
+        grid.deleteColumn(left);
+        return cellAt(table, top, left);
     },
 };
 
-/** A new row like the one at `like`, with empty cells, which becomes the row at `index`. */
-function insertRow(table: HTMLTableElement, like: number, index: number): void {
-    const model = table.rows[like]!;
-    const fresh = model.cloneNode(true) as HTMLTableRowElement;
-    for (const cell of fresh.cells) empty(cell);
-    if (index > like) model.after(fresh);
-    else model.before(fresh);
-}
-
-function insertColumn(table: HTMLTableElement, column: number, side: "before" | "after"): void {
-    for (const row of table.rows) {
-        const model = row.cells[Math.min(column, row.cells.length - 1)];
-        if (!model) continue;
-        const fresh = model.cloneNode(true) as HTMLTableCellElement;
-        empty(fresh);
-        model[side](fresh);
-    }
-}
-
-function empty(cell: HTMLTableCellElement): void {
-    cell.innerHTML = "<br>";
-    cell.removeAttribute("rowspan");
-    cell.removeAttribute("colspan");
+/** The cell in a square, or else any: nothing is left of the table when there is none. */
+function cellAt(table: HTMLTableElement, row: number, column: number): HTMLTableCellElement | null {
+    return new TableGrid(table).at(row, column) ?? table.querySelector("td,th");
 }
 
 function place(editor: Editor): { table: HTMLTableElement; row: number; column: number } | null {
@@ -92,16 +85,17 @@ export function changeTable(editor: Editor, change: TableChange): void {
     const at = place(editor);
     if (!at) return;
     const copy = at.table.cloneNode(true) as HTMLTableElement;
-    const caret = changes[change](copy, at.row, at.column);
+    const caret = changes[change](copy, copy.rows[at.row]!.cells[at.column]!);
     if (!caret) {
         deleteTable(editor);
         return;
     }
+    const row = Array.from(copy.rows).indexOf(caret.parentElement as HTMLTableRowElement);
     const doc = editor.frame.document;
     const index = Array.from(doc.querySelectorAll("table")).indexOf(at.table);
     editor.selection.select(at.table);
     editor.exec("insertHTML", copy.outerHTML);
-    caretInto(editor, doc.querySelectorAll("table")[index]?.rows[caret[0]]?.cells[caret[1]]);
+    caretInto(editor, doc.querySelectorAll("table")[index]?.rows[row]?.cells[caret.cellIndex]);
 }
 
 export function deleteTable(editor: Editor): void {
