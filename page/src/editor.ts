@@ -35,6 +35,8 @@ export class Editor {
     /** The newest file and picture of attachments that changed while this note was open. */
     readonly attachmentUpdates = new Map<string, AttachmentUpdate>();
 
+    /** Texts that the page has taken from the library: what it sends of the note tells which it is of. */
+    texts = 0;
     readOnly = false;
     /** Whether the user, or the library for the user, has put a caret into this note. */
     caretPlaced = false;

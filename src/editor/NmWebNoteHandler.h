@@ -89,9 +89,8 @@ public:
     void AddDropFileToEditor(const std::vector<DropFileInfo>& files);
     /// Numbers those of the new names whose base is in the note already: "a.txt" to "a(1).txt".
     void DoAttSameName(std::vector<DropFileInfo>& files);
-    /// Paints every hit of a search word over the note, and shows the first:
-    /// `highlight/Highlight.h`. An empty word takes the paint away. 0 if the page cannot be called,
-    /// else 1.
+    /// Paints every hit of a search word over the note, and shows the first. An empty word takes
+    /// the paint away. 0 if the page cannot be called, else 1.
     int HighlightText(const QString& keyword);
     int CancleHighlight();
     /// Selects the attachment whose name holds `keyword` and shows it; 1 if there is one.
@@ -138,7 +137,7 @@ public:
     long DoCopyClipboardFile();
     long DoCopyClipboardHtml();
     /// Takes attachments over into the open note's files under names that are free there. 1 if all
-    /// were taken over, else 0, and the user may have been told: `clipdrag/Paste.h`.
+    /// were taken over, else 0, and the user may have been told why.
     int DoCopyLogic(const std::vector<NewAttachFile>& attList, CopyLogicResult& result);
 
     // --- Notes and files, no control needed ---
@@ -151,7 +150,8 @@ public:
     /// Empties the clipboard.
     static void ClearCopyData();
 
-    /// Lists the files that a note's HTML refers to: `noteattach/AttachList.h`.
+    /// Lists the files that a note's HTML refers to, in its order: of each attachment its file and
+    /// the picture that stands for it. `plainText`, if not null, receives the text. 1 or 0.
     static int ParseAttList(const QString& noteGuid, const QString& html,
         std::vector<NewAttachFile>& attList, QString* plainText);
     static int ParseAttOrigFileNameList(const QString& html, std::vector<QString>& origNames);
@@ -169,14 +169,15 @@ public:
     /// 1 with the new body, or 0.
     static int UpdateAttachAttValue(
         const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
-    /// Copies the text as it is; 1.
-    /// A note as one MHT file that holds its text alone: `notestore/MhtExport.h`. 1 or 0.
+    /// Copies the text as it is. 1, or 0 after a failure, which is logged.
+    static int UpdateAttachAttValue2(
+        const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
+    /// A note as one MHT file that holds its text alone. Its images stay paths of the store. A file
+    /// that is there is replaced once the new one is whole. 1 or 0.
     static int NoteHtmlContentToMhtFile(const QString& html, const QString& mhtPath);
     static int NoteHtmlFileToMhtFile(const QString& htmlPath, const QString& mhtPath);
     /// The same with the pictures and cards that the note shows.
     static int NoteHtmlContentToMhtFileWithPictures(const QString& html, const QString& mhtPath);
-    static int UpdateAttachAttValue2(
-        const std::string& html, const std::vector<AttachNewAtt>& attNewList, std::string& outHtml);
     static void UpdateAttModifyTimeField(const QString& noteGuid,
         std::vector<NewAttachFile>& attList, const std::map<QString, QString>& modifyCache);
     static QString GetOrigNameFromJson(const std::string& json);
@@ -191,7 +192,7 @@ public:
     /// receives its length. 1, or 0 after a failure.
     static int GenerateFileThumb(FILE_TYPE type, const QString& fileName, const QString& fileInfo,
         const QString& outPath, int* fileSize);
-    /// A script value as text: `bridge/Format.h`.
+    /// A script value as text.
     static QString Format(VARIANT variant);
     static bool path_is_folder(const QString& path);
     static QString extract_foldername(const QString& path);

@@ -29,8 +29,8 @@ const methods: Record<string, Method> = {
     /** The argument is the note's HTML itself, not JSON. */
     SetEditorContent: (editor, html) => {
         editor.load(html);
-        // Not one that threw: the library counts what was accepted, and drops any other draft.
-        editor.draft.texts++;
+        // Not one that threw: the library counts what was accepted.
+        editor.texts++;
         return done;
     },
 

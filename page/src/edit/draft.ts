@@ -7,9 +7,6 @@ import type { Editor } from "../editor";
 const shortestPause = 1000;
 
 export class Draft {
-    /** Texts that the library has given and the page has taken: a draft belongs to the last of them. */
-    texts = 0;
-
     private timer: ReturnType<typeof setTimeout> | null = null;
     private pause = shortestPause;
     private sent: string | null = null;
@@ -37,7 +34,7 @@ export class Draft {
         const html = this.editor.content.escapedHtml();
         if (html !== this.sent) {
             this.sent = html;
-            channel.draft(this.texts, html);
+            channel.draft(this.editor.texts, html);
         }
         // Writing out a huge note takes a while: typing must keep most of the time.
         this.pause = Math.max(shortestPause, 4 * (performance.now() - start));

@@ -59,7 +59,7 @@ export class PastedPictures {
         this.end();
         const sources = [...new Set(pictures.map((picture) => picture.source))];
         this.waiting = { number: ++this.count, body, pictures, sources, digests: [], finish };
-        channel.pictures(this.editor.content.loads, this.count, sources);
+        channel.pictures(this.editor.texts, this.count, sources);
     }
 
     /** The note that was pasted into is gone. */
