@@ -10,6 +10,7 @@
 #include <memory>
 
 #include <gmime/gmime.h>
+#include <unistd.h>
 
 namespace notestore {
 namespace {
@@ -145,6 +146,10 @@ bool MhtWriter::open()
         return false;
     if (!m_file.open(QIODevice::WriteOnly))
         return false;
+    // The earlier file's go over to it. Where they could not be looked at it has none at all, and
+    // nobody could read it.
+    if (!(m_file.permissions() & (QFile::ReadOwner | QFile::WriteOwner)))
+        return false;
     const MessageHead head = messageHead();
     m_boundary = head.boundary;
     m_file.write(head.headers);
@@ -192,7 +197,9 @@ bool MhtWriter::addPicture(const QString& path, const char* mimeSubtype)
 bool MhtWriter::finish()
 {
     m_file.write("\r\n--" + m_boundary + "--\r\n");
-    return m_file.commit(); // false if any write before failed
+    // Of its last bytes and of its own flush commit() does not tell a failure; of any write before
+    // it does.
+    return m_file.flush() && ::fsync(m_file.handle()) == 0 && m_file.commit();
 }
 
 void MhtWriter::beginPart(const QByteArray& headers)

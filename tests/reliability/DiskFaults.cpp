@@ -33,7 +33,11 @@ std::array<std::atomic<bool>, 1024> below; // by descriptor: whether its file li
 
 bool isBelow(const char* path)
 {
-    return armed && path && std::string_view(path).starts_with(state.root);
+    if (!armed || !path)
+        return false;
+    // The root itself too: an unnamed file is made by its folder's path.
+    const std::string_view name(path);
+    return name.starts_with(state.root) || std::string(name) + '/' == state.root;
 }
 
 bool isBelow(int descriptor)
@@ -44,8 +48,8 @@ bool isBelow(int descriptor)
 
 bool needsRoom(std::string_view call)
 {
-    constexpr std::string_view calls[] = {
-        "open for writing", "write", "fsync", "rename", "link", "mkdir", "copy_file_range"};
+    constexpr std::string_view calls[] = {"open for writing", "write", "fsync", "fsync of a folder",
+        "rename", "link", "mkdir", "copy_file_range"};
     return std::find(std::begin(calls), std::end(calls), call) != std::end(calls);
 }
 
@@ -86,6 +90,31 @@ int opened(const char* path, int flags, mode_t mode, const char* name)
     if (descriptor >= 0 && std::size_t(descriptor) < below.size())
         below[std::size_t(descriptor)] = counts;
     return descriptor;
+}
+
+template <typename Info> int lookedAt(const char* name, const char* path, Info* out)
+{
+    if (isBelow(path) && fails("stat"))
+        return -1;
+    return next<int(const char*, Info*)>(name)(path, out);
+}
+
+template <typename Info> int lookedAt(const char* name, int descriptor, Info* out)
+{
+    if (isBelow(descriptor) && fails("stat"))
+        return -1;
+    return next<int(int, Info*)>(name)(descriptor, out);
+}
+
+int flushed(const char* name, int descriptor)
+{
+    struct stat info = {};
+    const bool counts = isBelow(descriptor);
+    if (counts)
+        next<int(int, struct stat*)>("fstat")(descriptor, &info);
+    if (counts && fails(S_ISDIR(info.st_mode) ? "fsync of a folder" : "fsync"))
+        return -1;
+    return next<int(int)>(name)(descriptor);
 }
 
 void arm(const QString& root, int failAt, int error, bool stays)
@@ -171,9 +200,12 @@ ssize_t write(int descriptor, const void* from, size_t length)
 
 int fsync(int descriptor)
 {
-    if (isBelow(descriptor) && fails("fsync"))
-        return -1;
-    return next<int(int)>("fsync")(descriptor);
+    return flushed("fsync", descriptor);
+}
+
+int fdatasync(int descriptor)
+{
+    return flushed("fdatasync", descriptor);
 }
 
 int close(int descriptor)
@@ -208,6 +240,14 @@ int link(const char* from, const char* to) noexcept
     return next<int(const char*, const char*)>("link")(from, to);
 }
 
+int linkat(int fromDir, const char* from, int toDir, const char* to, int flags) noexcept
+{
+    if (isBelow(to) && fails("link"))
+        return -1;
+    return next<int(int, const char*, int, const char*, int)>("linkat")(
+        fromDir, from, toDir, to, flags);
+}
+
 int unlink(const char* path) noexcept
 {
     if (isBelow(path) && fails("unlink"))
@@ -224,7 +264,8 @@ int mkdir(const char* path, mode_t mode) noexcept
 
 int statx(int directory, const char* path, int flags, unsigned mask, struct statx* out) noexcept
 {
-    if (isBelow(path) && fails("stat"))
+    const bool isOpenFile = (flags & AT_EMPTY_PATH) && isBelow(directory);
+    if ((isBelow(path) || isOpenFile) && fails("stat"))
         return -1;
     return next<int(int, const char*, int, unsigned, struct statx*)>("statx")(
         directory, path, flags, mask, out);
@@ -232,16 +273,46 @@ int statx(int directory, const char* path, int flags, unsigned mask, struct stat
 
 int stat(const char* path, struct stat* out) noexcept
 {
-    if (isBelow(path) && fails("stat"))
-        return -1;
-    return next<int(const char*, struct stat*)>("stat")(path, out);
+    return lookedAt("stat", path, out);
+}
+
+int stat64(const char* path, struct stat64* out) noexcept
+{
+    return lookedAt("stat64", path, out);
+}
+
+int lstat(const char* path, struct stat* out) noexcept
+{
+    return lookedAt("lstat", path, out);
+}
+
+int lstat64(const char* path, struct stat64* out) noexcept
+{
+    return lookedAt("lstat64", path, out);
 }
 
 int fstat(int descriptor, struct stat* out) noexcept
 {
-    if (isBelow(descriptor) && fails("stat"))
+    return lookedAt("fstat", descriptor, out);
+}
+
+int fstat64(int descriptor, struct stat64* out) noexcept
+{
+    return lookedAt("fstat64", descriptor, out);
+}
+
+int access(const char* path, int mode) noexcept
+{
+    if (isBelow(path) && fails("access"))
         return -1;
-    return next<int(int, struct stat*)>("fstat")(descriptor, out);
+    return next<int(const char*, int)>("access")(path, mode);
+}
+
+int fchmod(int descriptor, mode_t mode) noexcept
+{
+    if (isBelow(descriptor) && fails("chmod"))
+        return -1;
+    return next<int(int, mode_t)>("fchmod")(descriptor, mode);
 }
 
 ssize_t copy_file_range(

@@ -27,7 +27,9 @@ public:
     DiskFaults(const DiskFaults&) = delete;
     DiskFaults& operator=(const DiskFaults&) = delete;
 
-    /// What was called so far, by the names of the C library.
+    /// What was called so far, by the names of the C library; a call of several forms by that of
+    /// its plainest ("stat", "rename", "fsync"). What opens for writing is "open for writing",
+    /// what flushes a folder "fsync of a folder".
     static std::vector<std::string> calls();
     /// Whether the fault was met.
     static bool struck();
