@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QProcess>
 #include <QRegularExpression>
 
 #include <cstdio>
@@ -128,6 +129,27 @@ void expectAllWhole(const TestStore& store)
     }
 }
 
+// That `nmnote check` finds nothing wrong in the store, and the temporaries alone to tell of.
+void expectTold(const TestStore& store)
+{
+    QStringList expected;
+    for (const QString& name : store.names().filter(QRegularExpression(QStringLiteral("\\.tmp$"))))
+        expected += QStringLiteral("leftover: ") + name;
+    QProcess check;
+    check.start(QStringLiteral(NOMAR_NMNOTE), {QStringLiteral("check"), store.store()});
+    ASSERT_TRUE(check.waitForFinished(-1));
+    EXPECT_EQ(check.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(check.exitCode(), 0);
+    QStringList told = QString::fromUtf8(check.readAllStandardOutput()).split(u'\n');
+    ASSERT_GE(told.size(), 2);
+    EXPECT_EQ(told.takeLast(), QString());
+    const QString sum = told.takeLast();
+    EXPECT_TRUE(sum.endsWith(QStringLiteral("; %1 findings").arg(expected.size())))
+        << sum.toStdString();
+    EXPECT_EQ(told, expected);
+    figures::add("leftovers of kills, each told by nmnote check", expected.size());
+}
+
 } // namespace
 
 TEST(Killed, EveryNoteFileIsWholeAndNamedByItsDigest)
@@ -138,6 +160,7 @@ TEST(Killed, EveryNoteFileIsWholeAndNamedByItsDigest)
     for (const QString& name : filed)
         EXPECT_TRUE(names.contains(name)) << name.toStdString();
     expectAllWhole(store);
+    expectTold(store);
     figures::add("saves held through kills", filed.size());
 }
 
@@ -157,5 +180,6 @@ TEST(Killed, EveryAttachmentIsWholeAndTheOnesToldAreThere)
     for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden))
         EXPECT_TRUE(readFile(folder.filePath(name)).endsWith("<hr>")) << name.toStdString();
     expectAllWhole(store);
+    expectTold(store);
     figures::add("imports held through kills", done.size());
 }
