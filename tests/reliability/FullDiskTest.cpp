@@ -9,12 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -76,6 +77,18 @@ int import(const QString& path)
         QStringLiteral("0123456789abcdef"), *attachstore::RecordOfPath(path), result);
 }
 
+/// Runs a program as the root of a user namespace of its own, which may mount; false if the kernel
+/// lets nobody have one, or the program fails.
+bool runsAsRootOfItsOwn(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(
+        QStringLiteral("unshare"), QStringList{QStringLiteral("-rm"), program} + arguments);
+    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0;
+}
+
 } // namespace
 
 TEST(FullDisk, IsToldLeavesNothingHalfAndWorksAgainWithRoom)
@@ -85,8 +98,14 @@ TEST(FullDisk, IsToldLeavesNothingHalfAndWorksAgainWithRoom)
     const QString source = sources.filePath(QStringLiteral("a.txt"));
     writeFile(source, QByteArray(60'000, 'a'));
     SmallDisk disk(store.store());
-    if (!disk.isThere())
-        GTEST_SKIP() << "no file system may be mounted here: " << std::strerror(errno);
+    if (!disk.isThere()) {
+        if (::geteuid() == 0 || !runsAsRootOfItsOwn(QStringLiteral("true"), {}))
+            GTEST_SKIP() << "no file system may be mounted here";
+        // Only a process without threads may enter such a namespace, so it is another one's work.
+        EXPECT_TRUE(runsAsRootOfItsOwn(QCoreApplication::applicationFilePath(),
+            {QStringLiteral("--gtest_filter=FullDisk.*")}));
+        return;
+    }
 
     ASSERT_EQ(save(1), 1);
     const QStringList before = store.names();
