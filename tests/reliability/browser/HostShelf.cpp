@@ -1,5 +1,6 @@
 #include "reliability/browser/HostShelf.h"
 
+#include "NoteText.h"
 #include "Shelf.h"
 #include "Store.h"
 
@@ -36,4 +37,9 @@ int HostShelf::words(const QString& guid)
 {
     const auto note = m_shelf->note(guid);
     return note ? note->words : 0;
+}
+
+int HostShelf::wordsOf(const QString& text)
+{
+    return countWords(text);
 }

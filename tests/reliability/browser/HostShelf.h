@@ -24,6 +24,8 @@ public:
     /// The note's files of text, and the number of words it counts.
     std::vector<QString> noteFiles(const QString& guid);
     int words(const QString& guid);
+    /// As the shelf counts them.
+    static int wordsOf(const QString& text);
 
 private:
     std::unique_ptr<Shelf> m_shelf;

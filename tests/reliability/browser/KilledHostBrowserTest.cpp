@@ -5,9 +5,11 @@
 #include "reliability/Figures.h"
 #include "reliability/browser/HostShelf.h"
 
+#include "html/HtmlDocument.h"
 #include "notestore/NoteHtmlRW.h"
 #include "support/FileMd5.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -23,10 +25,17 @@ namespace {
 
 class KilledHost : public ::testing::Test {
 protected:
+    /// What the host was told of a save.
+    struct Save {
+        int words;
+        QString file;
+        QByteArray digest; ///< of the text
+    };
+
     QTemporaryDir dir;
     std::mt19937 random{11};
-    /// Of each note the words that were last acknowledged.
-    std::map<QString, int> acknowledged;
+    /// Of each note what was last acknowledged.
+    std::map<QString, Save> acknowledged;
     int saves = 0;
 
     QString store() const { return dir.filePath(QStringLiteral("userdata/attachment")); }
@@ -34,8 +43,8 @@ protected:
     void take(const QByteArray& line)
     {
         const QStringList parts = QString::fromLatin1(line).simplified().split(u' ');
-        ASSERT_EQ(parts.size(), 3) << line.toStdString();
-        acknowledged[parts[0]] = parts[1].toInt();
+        ASSERT_EQ(parts.size(), 4) << line.toStdString();
+        acknowledged[parts[0]] = {parts[1].toInt(), parts[2], parts[3].toLatin1()};
         ++saves;
     }
 
@@ -61,13 +70,32 @@ protected:
             take(host.readLine());
     }
 
-    void expectWhole(const QString& path)
+    /// The text of a file that is whole.
+    QString whole(const QString& path)
     {
         EXPECT_EQ(FileMd5(path), QFileInfo(path).completeBaseName());
         QString html;
         NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_0;
         EXPECT_EQ(NoteHtmlRW::ReadHtmlTextFromFile(path, html, &version), 1);
         EXPECT_EQ(version, NOTE_HTML_VER_2);
+        return html;
+    }
+
+    void expectAcknowledged(HostShelf& shelf, const QString& guid, const Save& save)
+    {
+        const std::vector<QString> files = shelf.noteFiles(guid);
+        ASSERT_EQ(files.size(), 1u) << guid.toStdString();
+        const QString html = whole(store() + u'/' + files[0]);
+        const int words = shelf.words(guid);
+        EXPECT_EQ(HostShelf::wordsOf(HtmlDocument(html).bodyText()), words);
+        if (files[0] != save.file) {
+            // A later save, whose telling the kill has cut off. Each adds a word.
+            EXPECT_GT(words, save.words) << guid.toStdString();
+            return;
+        }
+        EXPECT_EQ(words, save.words) << guid.toStdString();
+        EXPECT_EQ(
+            QCryptographicHash::hash(html.toUtf8(), QCryptographicHash::Md5).toHex(), save.digest);
     }
 };
 
@@ -82,17 +110,13 @@ TEST_F(KilledHost, WhatWasAcknowledgedIsOnTheShelfAndInTheStore)
         ++kills;
         HostShelf shelf;
         ASSERT_TRUE(shelf.open(dir.filePath(QStringLiteral("shelf.db"))));
-        for (const auto& [guid, words] : acknowledged) {
-            EXPECT_GE(shelf.words(guid), words) << guid.toStdString();
-            const std::vector<QString> files = shelf.noteFiles(guid);
-            ASSERT_EQ(files.size(), 1u) << guid.toStdString();
-            expectWhole(store() + u'/' + files[0]);
-        }
+        for (const auto& [guid, save] : acknowledged)
+            expectAcknowledged(shelf, guid, save);
     }
     static const QRegularExpression temporary(QStringLiteral("^[0-9a-f]{32}\\.tmp$"));
     for (const QString& name : QDir(store()).entryList(QDir::Files | QDir::Hidden)) {
         if (!temporary.match(name).hasMatch())
-            expectWhole(store() + u'/' + name);
+            whole(store() + u'/' + name);
     }
     EXPECT_GE(kills, wanted / 60);
     figures::add("kills of a whole host", kills);

@@ -1,6 +1,7 @@
 // The sample host without its window: types into notes and saves them until it is killed. `argv[1]`
 // is the directory of the store and the shelf. Each save that the host has taken is told by a line:
-// the note, the words that are on the shelf, the name of its file.
+// the note, the words that are on the shelf, the name of its file, the digest of the text that the
+// control holds for saved.
 
 #include "EditorPane.h"
 #include "Shelf.h"
@@ -9,6 +10,7 @@
 #include <nomareditor/CNomarEditorImpl.h>
 
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QTest>
 #include <QTimer>
 
@@ -53,8 +55,12 @@ private:
             if (!m_pane.saveNote() || !std::exchange(m_isTold, false))
                 std::exit(3);
             const QString guid = m_pane.noteGuid();
-            std::printf("%s %d %s\n", qPrintable(guid), m_shelf.note(guid)->words,
-                qPrintable(m_shelf.htmlFiles(guid).front()));
+            QString saved;
+            control->GetLastHtml(saved);
+            const QByteArray digest =
+                QCryptographicHash::hash(saved.toUtf8(), QCryptographicHash::Md5).toHex();
+            std::printf("%s %d %s %s\n", qPrintable(guid), m_shelf.note(guid)->words,
+                qPrintable(m_shelf.htmlFiles(guid).front()), digest.constData());
             std::fflush(stdout);
         }
     }
