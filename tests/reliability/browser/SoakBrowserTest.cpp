@@ -1,10 +1,12 @@
-// Hours of use in one process: notes opened, written, searched, saved. Nothing grows without end.
+// Hours of use in one process: notes opened, written, illustrated, searched, saved. Nothing grows
+// without end.
 
 #include "kit/Answers.h"
 #include "reliability/browser/OpenNoteFixture.h"
 #include "reliability/browser/Usage.h"
 
 #include "attachstore/FileRecord.h"
+#include "capture/ScreenCaptureDlgBase.h"
 #include "support/LogWriter.h"
 
 #include <QDir>
@@ -12,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <map>
 #include <random>
 #include <unistd.h>
 
@@ -47,7 +50,13 @@ protected:
     QTemporaryDir dir;
     Answers answers;
     std::mt19937 random{3};
-    std::vector<QString> filed;
+    /// What a host keeps of a save, to open the note again: its file, and the sizes of all it has.
+    struct Filed {
+        QString guid;
+        QString name;
+        std::map<QString, quint64> sizes;
+    };
+    std::vector<Filed> filed;
 
     unsigned below(unsigned count) { return unsigned(random() % count); }
 
@@ -94,7 +103,9 @@ protected:
     {
         if (filed.empty())
             return load();
-        control().LoadEditor(guid, {filed[below(unsigned(filed.size()))]}, {}, 0);
+        const Filed& note = filed[below(unsigned(filed.size()))];
+        guid = note.guid;
+        control().LoadEditor(guid, {note.name}, note.sizes, 0);
         settle();
     }
     void newNote()
@@ -126,13 +137,39 @@ protected:
         paste(std::move(data));
     }
     void attach() { handler().AddDropFileToEditor({*attachstore::RecordOfPath(someFile())}); }
+    /// By the page's button; the user draws a rectangle and takes it by a double click.
+    void capture()
+    {
+        const QStringList before = bench.attachmentNames();
+        const Answers user([](QDialog* dialog) {
+            EXPECT_TRUE(dynamic_cast<ScreenCaptureDlgBase*>(dialog));
+            QTest::mousePress(dialog, Qt::LeftButton, {}, QPoint(300, 300));
+            QTest::mouseMove(dialog, QPoint(404, 364));
+            QTest::mouseRelease(dialog, Qt::LeftButton, {}, QPoint(404, 364));
+            QTest::mouseDClick(dialog, Qt::LeftButton, {}, QPoint(350, 330));
+            return true;
+        });
+        bench.js(QStringLiteral("CppProcessor('SreenCapture', '{\"hideMainWnd\":false}', ''); 1"));
+        // What was selected goes, so there may be fewer pictures than before.
+        EXPECT_TRUE(waitFor([&] {
+            const QStringList names = bench.attachmentNames();
+            return std::any_of(names.begin(), names.end(),
+                [&](const QString& name) { return !before.contains(name); });
+        }));
+        figures::add("captures of the soak");
+    }
     void highlight() { handler().HighlightText(QStringLiteral("words")); }
     void clearHighlight() { handler().CancleHighlight(); }
     void save()
     {
         control().SaveEditor();
-        if (!host().saves.empty())
-            filed.push_back(host().saves.back().files[0].fileName);
+        if (!host().saves.empty()) {
+            const auto& [savedGuid, files, text] = host().saves.back();
+            Filed note{savedGuid, files[0].fileName, {}};
+            for (const NewAttachFile& file : files)
+                note.sizes[file.fileName] = quint64(QFileInfo(file.filePath).size());
+            filed.push_back(std::move(note));
+        }
         if (filed.size() > 50)
             filed.erase(filed.begin());
         host().saves.clear();
@@ -169,7 +206,7 @@ protected:
 
     static constexpr Operation operations[] = {&Soak::load, &Soak::loadFiled, &Soak::newNote,
         &Soak::type, &Soak::type, &Soak::type, &Soak::dropFile, &Soak::dropText, &Soak::pasteHtml,
-        &Soak::pasteFile, &Soak::pastePixels, &Soak::attach, &Soak::highlight,
+        &Soak::pasteFile, &Soak::pastePixels, &Soak::attach, &Soak::capture, &Soak::highlight,
         &Soak::clearHighlight, &Soak::save, &Soak::save, &Soak::undo, &Soak::copy,
         &Soak::switchMode, &Soak::exportNote, &Soak::findAttachment, &Soak::readText};
 
