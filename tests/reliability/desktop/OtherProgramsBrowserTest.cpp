@@ -45,6 +45,26 @@ protected:
         ASSERT_EQ(other.readLine(), "ready\n");
     }
 
+    /// How often the owner of the clipboard was asked. It is the owner no more then: its loss of
+    /// the clipboard comes to it behind all requests.
+    int requestsUntilNow()
+    {
+        QGuiApplication::clipboard()->setText(QStringLiteral("another's"));
+        int requests = 0;
+        const auto isGone = [&] {
+            while (other.canReadLine()) {
+                const QByteArray line = other.readLine();
+                if (line == "gone\n")
+                    return true;
+                EXPECT_EQ(line, "asked\n");
+                ++requests;
+            }
+            return false;
+        };
+        EXPECT_TRUE(waitFor(isGone));
+        return requests;
+    }
+
     void xdotool(const QStringList& arguments)
     {
         QString error;
@@ -113,7 +133,9 @@ TEST_F(OtherPrograms, AClipboardWhoseOwnerHangsHoldsThePasteUpOnce)
     figures::atLeast("seconds that a clipboard without an answer holds a paste up",
         double(time.elapsed()) / 1000);
     EXPECT_EQ(noteText(), QStringLiteral("before"));
+    // Each request without an answer holds everything up, so there was one, of all the paste asks.
     ASSERT_EQ(::kill(pid_t(other.processId()), SIGCONT), 0);
+    EXPECT_EQ(requestsUntilNow(), 1);
     expectUsable();
 }
 

@@ -1,6 +1,8 @@
 // Owns the clipboard of the screen until it is ended: `argv[1]` is the type, `argv[2]` the file
-// with the content. Says "ready" when it does. Meant to be stopped or killed.
+// with the content. Says "ready" when it does, "asked" at each request for any form of it, and
+// "gone" when another program has taken the clipboard over. Meant to be stopped or killed.
 
+#include <QAbstractNativeEventFilter>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -8,6 +10,32 @@
 #include <QTimer>
 
 #include <cstdio>
+
+namespace {
+
+void say(const char* word)
+{
+    std::puts(word);
+    std::fflush(stdout);
+}
+
+// Sees what the X server sends, in its order.
+class Requests : public QAbstractNativeEventFilter {
+public:
+    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override
+    {
+        // The core protocol's numbers; the highest bit tells who has sent it.
+        constexpr int selectionClear = 29, selectionRequest = 30;
+        const int kind = *static_cast<const unsigned char*>(message) & 0x7f;
+        if (kind == selectionRequest)
+            say("asked");
+        else if (kind == selectionClear)
+            say("gone");
+        return false;
+    }
+};
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -18,9 +46,8 @@ int main(int argc, char** argv)
     auto* data = new QMimeData;
     data->setData(QString::fromLatin1(argv[1]), file.readAll());
     QGuiApplication::clipboard()->setMimeData(data);
-    QTimer::singleShot(0, [] {
-        std::puts("ready");
-        std::fflush(stdout);
-    });
+    Requests requests;
+    app.installNativeEventFilter(&requests);
+    QTimer::singleShot(0, [] { say("ready"); });
     return QGuiApplication::exec();
 }
