@@ -13,18 +13,6 @@
 namespace notestore {
 namespace {
 
-// The first only: a name may stand in a note more than once.
-bool removeElement(HtmlDocument& document, const QString& exData)
-{
-    for (qsizetype i = 0; i < document.elementCount(); ++i) {
-        if (document.attribute(i, QLatin1StringView("nm_exdata")) == exData) {
-            document.remove(i);
-            return true;
-        }
-    }
-    return false;
-}
-
 int removeAndFile(const QString& path, const QString& noteGuid, const QString& origName,
     std::vector<NewAttachFile>& attList)
 {
@@ -34,12 +22,9 @@ int removeAndFile(const QString& path, const QString& noteGuid, const QString& o
     NOTE_HTML_VER_NUMBER version = NOTE_HTML_VER_0;
     NoteHtmlRW::ReadHtmlTextFromFile(path, html, &version); // one that fails leaves an empty note
 
-    HtmlDocument document(html);
-    if (!document.hasBody())
+    QString newText;
+    if (!RemoveAttachElement(html, origName, newText))
         return 0;
-    if (!removeElement(document, noteattach::FormatOrigNameToJson(origName)))
-        return 0;
-    QString newText = document.bodyInnerHtml();
 
     NewAttachFile noteFile;
     if (!NoteHtmlRW::SaveHtmlTextToFile(newText, noteFile, &version))
@@ -70,6 +55,21 @@ int DelAttachFromHtmlFile(const QString& path, const QString& noteGuid, const QS
             QStringLiteral("[ERROR] DelAttachFromHtmlFile从html文件中删除附件失败！"));
         return 0;
     }
+}
+
+// The first only: a name may stand in a note more than once.
+bool RemoveAttachElement(const QString& html, const QString& origName, QString& newText)
+{
+    HtmlDocument document(html);
+    const QString exData = noteattach::FormatOrigNameToJson(origName);
+    for (qsizetype i = 0; i < document.elementCount(); ++i) {
+        if (document.attribute(i, QLatin1StringView("nm_exdata")) == exData) {
+            document.remove(i);
+            newText = document.bodyInnerHtml();
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace notestore

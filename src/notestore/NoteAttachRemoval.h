@@ -23,4 +23,8 @@ int DelAttachFromHtmlFile(
 int DelAttachFromHtmlFile(const QString& path, const QString& noteGuid, const QString& origName,
     std::vector<NewAttachFile>& attList);
 
+/// Its part that works on a text: `newText` is the inside of the body without the first element
+/// with that original name. False, with `newText` untouched, if there is none.
+bool RemoveAttachElement(const QString& html, const QString& origName, QString& newText);
+
 } // namespace notestore
