@@ -41,6 +41,7 @@ public:
     void onLoadFinished(bool ok);
     void onProcessGone();
     void onPageReady();
+    void makeRoomSoon();
     void onCall(const QVariantList& arguments);
     void onUrlChanged(const QUrl& now);
     void killRenderProcess();

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWindow>
 
 #ifdef Q_OS_UNIX
@@ -24,6 +25,9 @@ constexpr int reloadMs = 3000;
 constexpr int unheardMs = 500; ///< A page that is loaded has said so long before.
 constexpr int exposureWaitMs = 300;
 constexpr int deathWindowMs = 60000;
+/// A reply that is asked for ahead of those that count: its length, and how long after the start.
+constexpr int roomyReplyLength = 4 << 20;
+constexpr int roomyReplyMs = 1000;
 
 VARIANT toVariant(const QVariant& value)
 {
@@ -199,7 +203,22 @@ void IEWebBrowser::Private::onLoadFinished(bool ok)
     }
     state = State::Ready;
     setInputWidget(view->focusProxy());
+    const QPointer<Private> self(this);
     q.OnDocumentComplete(url.toString());
+    if (self)
+        makeRoomSoon();
+}
+
+void IEWebBrowser::Private::makeRoomSoon()
+{
+    // A long reply is several blocks in the heap of the render process. The C library hands them
+    // back to the system behind each reply, which costs as much as the reply does, unless a larger
+    // block was freed before (M_TRIM_THRESHOLD in mallopt(3)).
+    QTimer::singleShot(roomyReplyMs, this, [this] {
+        if (state == State::Ready)
+            page->runJavaScript(QStringLiteral("' '.repeat(%1)").arg(roomyReplyLength),
+                QWebEngineScript::MainWorld, [](const QVariant&) {});
+    });
 }
 
 long IEWebBrowser::Private::call(
@@ -315,7 +334,11 @@ void IEWebBrowser::Private::onPageReady()
     setInputWidget(view->focusProxy());
     if (std::exchange(hadFocus, false) && !q.window()->focusWidget())
         view->setFocus();
+    const QPointer<Private> self(this);
     q.OnPageRecovered();
+    if (!self)
+        return;
+    makeRoomSoon();
     Q_EMIT settled();
 }
 
