@@ -14,7 +14,9 @@ constexpr auto scriptName = "nomar-bridge";
 
 /// Runs behind the channel's own script. `%1` is the settings object.
 /// `nomarCall` gives text back as it is and anything else in an array, so that the reply tells a
-/// text from a failure without a second encoding of the text.
+/// text from a failure without a second encoding of the text. A function may have a form of itself
+/// that gives its text in parts, `inParts`: a long text that is made anew for each call costs the
+/// page's heap much, its parts mostly stand there already.
 constexpr auto bridgeScript = R"js(
 (() => {
     'use strict';
@@ -34,6 +36,8 @@ constexpr auto bridgeScript = R"js(
     }));
     define('nomarCall', (name, ...args) => {
         try {
+            if (window[name].inParts)
+                return ['text', ...Array.from(window[name].inParts(...args), String)];
             const reply = window[name](...args);
             return typeof reply === 'string' ? reply : ['value'];
         } catch (error) {

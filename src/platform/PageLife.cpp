@@ -52,6 +52,16 @@ VARIANT toVariant(const QVariant& value)
     }
 }
 
+/// A text that came in parts.
+QString joined(const QVariantList& parts)
+{
+    QStringList texts;
+    texts.reserve(parts.size());
+    for (const QVariant& part : parts)
+        texts.append(part.toString());
+    return texts.join(QString());
+}
+
 } // namespace
 
 IEWebBrowser::Private::Private(IEWebBrowser& browser)
@@ -251,9 +261,12 @@ long IEWebBrowser::Private::call(
         result = VARIANT::Text(reply.toString());
         return S_OK;
     }
-    // Anything but text comes in an array, so that an empty reply is a script that did not run.
+    // Anything but a text comes in an array, so that an empty reply is a script that did not run.
     const QVariantList parts = reply.toList();
-    return !parts.isEmpty() && parts.first().toString() == u"value" ? S_OK : PAGE_CALL_FAILED;
+    const QString kind = parts.isEmpty() ? QString() : parts.first().toString();
+    if (kind == u"text")
+        result = VARIANT::Text(joined(parts.sliced(1)));
+    return kind == u"text" || kind == u"value" ? S_OK : PAGE_CALL_FAILED;
 }
 
 void IEWebBrowser::Private::killRenderProcess()

@@ -100,6 +100,20 @@ TEST_F(Browser, AReplyThatIsNoTextIsEmpty)
     }
 }
 
+TEST_F(Browser, AReplyInPartsArrivesAsOneText)
+{
+    start("window.f = () => 'whole'; f.inParts = (a) => ['笔', a, '', 1];"
+          "window.none = () => 'whole'; none.inParts = () => [];"
+          "window.bad = () => 'whole'; bad.inParts = () => null;");
+    VARIANT result;
+    EXPECT_EQ(call("f", result, {text(QStringLiteral("记 "))}), S_OK);
+    EXPECT_EQ(result.bstrVal, QStringLiteral("笔记 1"));
+    EXPECT_EQ(call("none", result), S_OK);
+    EXPECT_EQ(result.vt, VT_BSTR);
+    EXPECT_EQ(result.bstrVal, QString());
+    EXPECT_EQ(call("bad", result), PAGE_CALL_FAILED);
+}
+
 TEST_F(Browser, ThePageCannotReplaceTheBridge)
 {
     start("try { window.nomarCall = () => 'mine'; window.CppProcessor = 1; } catch (e) {}"

@@ -9,7 +9,8 @@ import {
 } from "../note/attachments";
 import { answer, done, parseObject, refused, Reply } from "./reply";
 
-type Method = (editor: Editor, argument: string) => Reply | string;
+/** Parts are those of a JSON text. */
+type Method = (editor: Editor, argument: string) => Reply | string[];
 
 const methods: Record<string, Method> = {
     SetEditorMode: (editor, argument) => {
@@ -129,12 +130,14 @@ function keywords(argument: string): string[] {
 }
 
 function entry(editor: Editor, table: Record<string, Method>) {
-    return (name: unknown, argument: unknown): string =>
+    const inParts = (name: unknown, argument: unknown): string[] =>
         answer(() => {
             const method = Object.hasOwn(table, String(name)) ? table[String(name)] : undefined;
             if (!method) return refused(`unknown method: ${String(name)}`);
             return method(editor, typeof argument === "string" ? argument : "");
         });
+    const whole = (name: unknown, argument: unknown) => inParts(name, argument).join("");
+    return Object.assign(whole, { inParts });
 }
 
 /** Makes the page callable. From here on native code may ask anything. */

@@ -15,14 +15,17 @@ export function refused(errmsg: string): Reply {
     return { result: false, errmsg };
 }
 
-/** Runs `step`; what it throws becomes a refusal and a log line, never an exception. */
-export function answer(step: () => Reply | string): string {
+/**
+ * The JSON text, in parts, of what `step` replies. What it throws becomes a refusal and a log line,
+ * never an exception.
+ */
+export function answer(step: () => Reply | string[]): string[] {
     try {
         const reply = step();
-        return typeof reply === "string" ? reply : JSON.stringify(reply);
+        return Array.isArray(reply) ? reply : [JSON.stringify(reply)];
     } catch (error) {
         logError(error);
-        return JSON.stringify(refused(error instanceof Error ? error.message : String(error)));
+        return [JSON.stringify(refused(error instanceof Error ? error.message : String(error)))];
     }
 }
 

@@ -30,7 +30,7 @@ export class Content {
     private faithful = false;
     /** The note's HTML as it was loaded, taken before the first change; escaped for JSON. */
     private baseline: string | null = null;
-    private answered: { revision: number; json: string } | null = null;
+    private answered: { revision: number; parts: string[] } | null = null;
     private readonly pieces: Pieces;
     private readonly observer: MutationObserver;
     private readonly listeners: (() => void)[] = [];
@@ -97,21 +97,24 @@ export class Content {
         return this.htmlParts().join("");
     }
 
-    /** The reply to a pull. An unchanged note costs no more than handing over a string. */
-    reply(): string {
+    /**
+     * The reply to a pull, a JSON text in parts. An unchanged note costs no more than handing them over,
+     * and an edit what it takes to write a few of them anew: joined, a large note would take its time
+     * in each reply, and the collector's soon after.
+     */
+    reply(): string[] {
         const revision = this.currentRevision();
         if (this.answered?.revision !== revision) {
-            // Joined once: a copy of a large text takes its time, and the collector's soon after.
-            const json = [
+            const parts = [
                 '{"result":true,"errmsg":"","ehtml":"',
                 ...this.htmlParts(),
                 '","etext":"',
                 ...this.textParts(),
                 '"}',
-            ].join("");
-            this.answered = { revision, json };
+            ];
+            this.answered = { revision, parts };
         }
-        return this.answered.json;
+        return this.answered.parts;
     }
 
     /** The parts of the note's HTML as they stand inside a JSON text, without the quotes. */
