@@ -88,7 +88,10 @@ void EditorPane::highlight(const QString& word)
 
 QString EditorPane::exportNote(const QString& path, bool withPictures)
 {
+    const QString guid = m_guid;
     saveNote(); // what counts as saved is exported
+    if (guid != m_guid) // it was opened while the save waited
+        return tr("Another note was opened meanwhile.");
     QString html, reason;
     m_control.GetLastHtml(html);
     if (withPictures && !html.isEmpty())
@@ -101,7 +104,8 @@ QString EditorPane::exportNote(const QString& path, bool withPictures)
 
 void EditorPane::openAttachment(const NewAttachFile& file)
 {
-    OnOpenAttachment(m_guid, file.fileName, file.origName);
+    const QString guid = m_guid; // the save in there may let another note in
+    OnOpenAttachment(guid, file.fileName, file.origName);
 }
 
 void EditorPane::copyAttachments(const std::vector<NewAttachFile>& files)
@@ -116,8 +120,10 @@ void EditorPane::copyAttachments(const std::vector<NewAttachFile>& files)
 
 void EditorPane::removeAttachments(const std::vector<NewAttachFile>& files)
 {
+    const QString guid = m_guid; // each call may let another note in
     for (const NewAttachFile& file : files)
-        m_control.Handler().RemoveAttach(file.fileName, file.origName);
+        if (guid == m_guid)
+            m_control.Handler().RemoveAttach(file.fileName, file.origName);
     saveNote();
 }
 

@@ -148,13 +148,18 @@ void PageBridge::SetReadOnly(int readOnly)
 
 void PageBridge::SetEditorMaxChars(int size)
 {
+    // It holds for every note, and the one that was asked for last is the one that stays.
+    const auto isLatest = [this, turn = ++m_limitCalls] { return turn == m_limitCalls; };
     perform(
         QStringLiteral("SetEditorMaxChars"), limitArgument(size),
         {QStringLiteral("设置笔记编辑器最大字符数失败，错误信息：%s"),
             QStringLiteral("设置笔记编辑器最大字符数，解析js返回json字符串失败！"),
             QStringLiteral("设置笔记编辑器最大字符数，js方法调用失败！，ErrMsg:unknow error ！")},
-        [&](const JsonObject&) { m_note.m_maxChars = size; },
-        [] { return true; }); // It holds for every note.
+        [&](const JsonObject&) {
+            if (isLatest())
+                m_note.m_maxChars = size;
+        },
+        isLatest);
 }
 
 void PageBridge::SetEditorHtml(const QString& html)

@@ -88,6 +88,7 @@ private:
     OpenNote& m_note;
     NotePage& m_page;
     quint64 m_modeCalls = 0;
+    quint64 m_limitCalls = 0;
     std::optional<int> m_modeInFlight; ///< What the last call of the mode that waits has asked for.
     /// Texts that the page as it stands has received. Drafts carry the page's own count of them.
     int m_textsSent = 0;

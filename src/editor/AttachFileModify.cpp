@@ -98,8 +98,11 @@ void CNomarEditorImpl::changeOpenNote(
         // While the page was called the host has opened another text. If this note's can be had,
         // the change goes there.
         const QString guid = m_handler.GetCurNoteGuid();
-        const auto path = noteFile(arg);
-        if (guid == arg.noteGuid || (path && !path->isEmpty()))
+        const auto canBeHad = [&] {
+            const auto path = noteFile(arg);
+            return path && !path->isEmpty();
+        };
+        if ((guid == arg.noteGuid || canBeHad()) && alive)
             changeNote(guid, arg, thumbName, time);
         return;
     }

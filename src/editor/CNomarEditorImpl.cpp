@@ -99,10 +99,13 @@ void CNomarEditorImpl::OnPrivateMessage(const QString& kind, const QString& text
         m_handler.d->copyNotify.pageCopied();
     else if (kind == u"pictures")
         // Later: the import waits for the page, which is not possible inside its own message.
-        QTimer::singleShot(1, this, [this, text] {
-            DispatchInOrder([this, text] {
+        // The note is that of now, as a page that has died begins to count its texts anew.
+        QTimer::singleShot(1, this, [this, text, same = m_handler.d->bridge.sameNote()] {
+            DispatchInOrder([this, text, same] {
                 NmWebNoteHandler::Rooms& rooms = *m_handler.d;
-                const auto isShown = [&](int load) { return rooms.bridge.isOfThisText(load); };
+                const auto isShown = [&](int load) {
+                    return same && rooms.bridge.isOfThisText(load);
+                };
                 const auto post = [this](const QString& reply, const QString& argument) {
                     PostPrivate(reply, argument);
                 };

@@ -52,9 +52,9 @@ public:
     /// call ran, with the reply in `result` (`VT_BSTR` for text, else `VT_EMPTY`);
     /// `PAGE_CALL_FAILED` when there is no page yet or the function is missing or threw;
     /// `PAGE_CALL_LOST` when the render process died during the call; `PAGE_CALL_NOT_BACK` when it
-    /// had died before and the page did not come back, or when the browser was taken down before or
-    /// during the call: this object may be gone then. A lone surrogate in an argument or reply
-    /// arrives as U+FFFD.
+    /// had died before and the page did not come back, when the browser was taken down before or
+    /// during the call (this object may be gone then), or when the application quits. A lone
+    /// surrogate in an argument or reply arrives as U+FFFD.
     long ExecJSFun(const QString& functionName, const std::vector<VARIANT>& args, VARIANT& result);
     /// Waits for a page whose render process has died, 10 seconds at the most. False if it is not
     /// back by then, or taken down; true at once in any other state. `ExecJSFun` waits by itself;

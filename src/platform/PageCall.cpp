@@ -100,7 +100,7 @@ PageCalls::End PageCalls::run(
     if (!pending->over)
         loop.exec(QEventLoop::ExcludeUserInputEvents);
 
-    finish(*pending, End::Lost); // A loop that ended otherwise: the application is quitting.
+    finish(*pending, End::Quit); // A loop that ended otherwise.
     pending->loop = nullptr;
     if (self)
         m_pending.erase(std::remove(m_pending.begin(), m_pending.end(), pending), m_pending.end());

@@ -18,7 +18,8 @@ public:
     /// How a call ended.
     enum class End {
         Reply, ///< The script ran; the value is what it returned.
-        Lost, ///< `loseAll` was called, as the render process died, or the application quits.
+        Lost, ///< `loseAll` was called: the render process died.
+        Quit, ///< The application quits. The script may run yet.
         Deadline, ///< No reply in time.
     };
 
@@ -31,7 +32,7 @@ private:
     /// Shared with the engine's callback, which may come after the call has ended.
     struct Pending {
         QEventLoop* loop = nullptr;
-        End end = End::Lost;
+        End end = End::Quit;
         bool over = false;
         QVariant value;
     };

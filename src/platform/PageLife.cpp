@@ -251,7 +251,7 @@ long IEWebBrowser::Private::call(
         const CallQueue::Flight flight(queue);
         end = calls.run(*page, script, deadlineMs, reply);
     }
-    if (!self || state == State::Closed)
+    if (!self || state == State::Closed || end == PageCalls::End::Quit)
         return PAGE_CALL_NOT_BACK;
     if (end == PageCalls::End::Deadline)
         killRenderProcess();

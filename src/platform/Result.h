@@ -9,4 +9,5 @@ inline constexpr long E_NOTIMPL = long(0x80004001);
 /// Results of a page call (`IEWebBrowser::ExecJSFun`) beside `S_OK`.
 inline constexpr long PAGE_CALL_FAILED = 1; ///< The live page failed, or there is none yet.
 inline constexpr long PAGE_CALL_LOST = 2; ///< The render process died during the call.
-inline constexpr long PAGE_CALL_NOT_BACK = 3; ///< The page died and is not back, or was taken down.
+inline constexpr long PAGE_CALL_NOT_BACK =
+    3; ///< The page died and is not back, or there is none any more.

@@ -207,3 +207,19 @@ TEST_F(PageMode, IsAskedForAgainBehindAFailure)
     open.bridge.SetReadOnly(1);
     EXPECT_EQ(open.note.m_readOnly, 1);
 }
+
+TEST_F(PageMode, OrLimitThatWasAskedForLastIsTheOneThatIsPutBack)
+{
+    during([&] { open.bridge.SetEditorMaxChars(7); });
+    open.bridge.SetEditorMaxChars(5);
+    EXPECT_EQ(
+        told(), QStringList({QStringLiteral("{\"size\":5 }"), QStringLiteral("{\"size\":7 }")}));
+    EXPECT_EQ(open.note.m_maxChars, 7);
+    page.onWait = [&] {
+        page.onWait = nullptr;
+        open.bridge.SetEditorMaxChars(9);
+    };
+    open.bridge.SetEditorMaxChars(8);
+    EXPECT_EQ(page.calls.back().second, QStringLiteral("{\"size\":9 }"));
+    EXPECT_EQ(open.note.m_maxChars, 9);
+}

@@ -27,7 +27,12 @@ void runOnTwoScreens()
     file.write(twoScreens);
     file.close();
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    ASSERT_FALSE(qEnvironmentVariableIsSet("NOMAR_TEST_AGAIN")) << "no second screen to be had";
     QProcess again;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NOMAR_TEST_AGAIN"), QStringLiteral("1"));
+    environment.remove(QStringLiteral("GTEST_OUTPUT")); // The report is the first run's.
+    again.setProcessEnvironment(environment);
     again.setProcessChannelMode(QProcess::MergedChannels);
     again.start(QCoreApplication::applicationFilePath(),
         {QStringLiteral("--gtest_filter=%1.%2")

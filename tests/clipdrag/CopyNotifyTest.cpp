@@ -184,13 +184,15 @@ TEST_F(Copying, NoLookIsTakenByAZeroTimerWhichMayFireInsideATaskOfTheEngine)
     notify->expectCopy();
     notify->HandleCopyNotify();
     board::putHtml(one);
-    EXPECT_FALSE(delaysUntilFiles().contains(0));
+    std::set<int> delays = delaysUntilFiles();
+    EXPECT_FALSE(delays.empty() || delays.contains(0));
 
     notify = std::make_unique<CopyNotify>(note);
     notify->expectCopy();
     board::putHtml(two);
     notify->HandleCopyNotify();
-    EXPECT_FALSE(delaysUntilFiles().contains(0));
+    delays = delaysUntilFiles();
+    EXPECT_FALSE(delays.empty() || delays.contains(0));
 }
 
 TEST_F(Copying, WithoutAnyWordTheOldContentIsLookedAt)

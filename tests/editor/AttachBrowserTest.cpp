@@ -270,7 +270,7 @@ TEST_F(Attaching, AttachmentsStandBehindEachOtherAtTheCaret)
 TEST_F(Attaching, ALongNotesParagraphStaysOne)
 {
     caretInto(QStringLiteral("<p>one two</p>")
-        + QStringLiteral("<p>some more of it</p>").repeated(20000));
+        + QStringLiteral("<p>some more of it</p>").repeated(10000));
     offer({file(QStringLiteral("a.txt")), file(QStringLiteral("b.txt"))});
     enter();
     drop();

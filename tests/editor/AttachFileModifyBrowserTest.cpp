@@ -64,7 +64,7 @@ protected:
     void openAnotherDuring(SyncFileModifyArg& arg)
     {
         QString second;
-        QTimer::singleShot(10, bench->control, [&] { control().NewEditor(second, 0); });
+        QTimer::singleShot(0, bench->control, [&] { control().NewEditor(second, 0); });
         control().OnAttachFileModify(&arg);
         EXPECT_EQ(control().Handler().GetCurNoteGuid(), second);
     }

@@ -345,7 +345,10 @@ TEST(ShelfOpenTest, RaisesAShelfOfVersionOneWithItsNotes)
             {u"DROP TRIGGER file_taken_out"_s, u"DROP TRIGGER note_deleted"_s,
                 u"DROP TRIGGER file_in_use_again"_s, u"DROP TABLE former"_s,
                 u"CREATE TRIGGER note_deleted BEFORE DELETE ON note BEGIN"
+                " INSERT OR IGNORE INTO leftover SELECT file_path FROM file WHERE guid = old.guid;"
                 " DELETE FROM note_text WHERE rowid = old.id; END"_s,
+                u"CREATE TRIGGER file_in_use_again AFTER INSERT ON file BEGIN"
+                " DELETE FROM leftover WHERE file_path = new.file_path; END"_s,
                 u"PRAGMA user_version = 1"_s})
             ASSERT_TRUE(old.exec(step)) << qPrintable(old.lastError().text());
     }

@@ -267,6 +267,23 @@ TEST_F(PageEditing, CellsThatSpanOthersStayInTheirPlaces)
     }
 }
 
+TEST_F(PageEditing, ARowBelowACellThatIsToldToReachFurtherIsAsWideAsTheOthers)
+{
+    for (const char* span : {"3", "0"}) {
+        const QString before =
+            u"<table><tbody><tr><td rowspan=\"%1\">a</td><td>b</td></tr></tbody></table>"_s.arg(
+                QLatin1StringView(span));
+        start(before);
+        page.js(u"note.getSelection().collapse(note.querySelectorAll('td')[1].firstChild, 1)"_s);
+        page.clickTool(u"Table"_s);
+        page.chooseMenu(u"Insert row below"_s);
+        EXPECT_EQ(cells(), u"a,b;,"_s) << span;
+        EXPECT_EQ(page.jsText(u"String(note.querySelector('td').rowSpan)"_s), u"1"_s) << span;
+        page.key(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(page.html(), before) << span;
+    }
+}
+
 TEST_F(PageEditing, TabGoesThroughTheCellsAndAddsARow)
 {
     start(u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);

@@ -20,7 +20,7 @@ export function completeAddress(typed: string): string | null {
 /** The link that an event happened on. One in a drawing may have its address as `xlink:href`. */
 export function linkAt(target: EventTarget | null): Element | null {
     const element = target as Element | null;
-    return element?.closest?.("a,area") ?? null;
+    return element?.closest?.("a[*|href],area[href]") ?? null;
 }
 
 export function openLink(link: Element): void {

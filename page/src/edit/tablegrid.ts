@@ -34,6 +34,8 @@ export class TableGrid {
     /** A row of empty cells before row `line`, or behind the last one, that looks like row `like`. */
     insertRow(line: number, like: number): void {
         const fresh = this.rows[like]!.cloneNode(false) as HTMLTableRowElement;
+        for (const cell of new Set(this.squares[line - 1]))
+            if (cell && !this.squares[line]?.includes(cell)) endHere(cell, this.areaOf(cell));
         const across = new Set<Cell>();
         this.squares[like]!.forEach((model, column) => {
             const above = this.squares[line - 1]?.[column];
@@ -103,6 +105,14 @@ function emptyCopy(model: Cell): Cell {
     cell.removeAttribute("rowspan");
     cell.removeAttribute("colspan");
     return cell;
+}
+
+/** A span may be told longer than its row group is: a row that is added there would fall under it. */
+function endHere(cell: Cell, area: { top: number; bottom: number }): void {
+    const rows = area.bottom - area.top;
+    if (cell.rowSpan === rows) return;
+    if (rows > 1) cell.rowSpan = rows;
+    else cell.removeAttribute("rowspan");
 }
 
 /** A row span of 0 reaches to the end of the row group, however many rows there are. */
