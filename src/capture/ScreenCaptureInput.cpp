@@ -86,14 +86,18 @@ void ScreenCaptureDlgBase::mouseMoveEvent(QMouseEvent* event)
         m_tip->repaint();
         return;
     }
-    // Its picture is that of before the move.
-    m_tip->Compose();
+    const bool isTipSeen = m_tip->isVisible();
+    if (isTipSeen)
+        m_tip->Compose(); // Its picture is that of before the move.
     // Kept: the press makes a rectangle at its point and the first move one that begins behind it,
     // so a drag of exactly that distance leaves an empty one.
     m_tracker.rect = {m_anchor.x() + startSize, m_anchor.y() + startSize, point.x(), point.y()};
+    const QRegion stale = TakeStale();
+    if (!isTipSeen)
+        return repaint(stale);
     // One way to the screen for both, as each costs the window system the same. It has to be the
     // tip's, which takes along what waits: a repaint of the dialog leaves an opaque child out.
-    update(TakeStale());
+    update(stale);
     m_tip->repaint();
 }
 
