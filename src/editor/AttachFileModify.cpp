@@ -13,7 +13,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QPointer>
 
 namespace {
 
@@ -85,16 +84,15 @@ void CNomarEditorImpl::changeNote(const QString& openNote, const SyncFileModifyA
 void CNomarEditorImpl::changeOpenNote(
     const SyncFileModifyArg& arg, const QString& thumbName, const QString& time)
 {
-    const QPointer<CNomarEditorImpl> alive(this);
-    const quint64 load = m_handler.d->note.m_loads;
+    const SameNote same = m_handler.d->bridge.sameNote();
     const QString& name = arg.attachFile.origName;
     const QString newName = attachstore::HashNameOf(changedFile(arg));
     const QString folder = QStringLiteral("userdata\\\\attachment\\\\"); // as JSON has it
     const int isChanged = m_handler.UpdateHtmlAttachAttr(
         name, folder + insideJson(newName), QStringLiteral("../") + folder + insideJson(thumbName));
-    if (!alive)
+    if (!same.isAlive())
         return;
-    if (m_handler.d->note.m_loads != load) {
+    if (!same) {
         // While the page was called the host has opened another text. If this note's can be had,
         // the change goes there.
         const QString guid = m_handler.GetCurNoteGuid();
@@ -102,7 +100,7 @@ void CNomarEditorImpl::changeOpenNote(
             const auto path = noteFile(arg);
             return path && !path->isEmpty();
         };
-        if ((guid == arg.noteGuid || canBeHad()) && alive)
+        if ((guid == arg.noteGuid || canBeHad()) && same.isAlive())
             changeNote(guid, arg, thumbName, time);
         return;
     }

@@ -9,8 +9,6 @@
 #include "platform/MessageBox.h"
 #include "support/Paths.h"
 
-#include <QPointer>
-
 void CNomarEditorImpl::OnSave()
 {
     // While a note is being opened the page still holds the one before.
@@ -18,26 +16,22 @@ void CNomarEditorImpl::OnSave()
         return;
     // What is filed is filed under the note as it stands now: while the page is asked, the host may
     // open another one.
-    const OpenNote& note = m_handler.d->note;
-    const quint64 load = note.m_loads;
-    const QString guid = note.m_curNoteGuid;
-    const noteattach::AttachModifyCache times = note.m_attachModifyCache;
+    const SameNote same = m_handler.d->bridge.sameNote();
+    const noteattach::AttachModifyCache times = m_handler.d->note.m_attachModifyCache;
     const QString lastHtml = m_lastHtml;
     NOTE_HTML_VER_NUMBER version = m_htmlVer;
     const quint64 filings = m_filings;
-    const QPointer<CNomarEditorImpl> alive(this);
-    const auto sameNote = [&] { return alive && m_handler.d->note.m_loads == load; };
 
     QString html, text;
     const int pulled = m_handler.GetEditorContent(html, text);
-    if (!alive)
+    if (!same.isAlive())
         return;
     if (!pulled) {
         BCGPMessageBox(QStringLiteral("获取笔记编辑器内容失败！"));
         return;
     }
     // A save that began behind this one and came to its end first has filed a later text.
-    const bool isOvertaken = sameNote() && m_filings != filings;
+    const bool isOvertaken = same && m_filings != filings;
     if (html == lastHtml || isOvertaken)
         return;
 
@@ -45,16 +39,16 @@ void CNomarEditorImpl::OnSave()
     GetAttachmentDir();
     NewAttachFile noteFile;
     const int filed = NoteHtmlRW::SaveHtmlTextToFile(html, noteFile, &version);
-    if (sameNote())
+    if (same)
         m_htmlVer = version; // Raised by an upgrade, also when a later step failed.
     if (!filed)
         return;
 
     std::vector<NewAttachFile> list;
-    noteattach::ParseAttList(guid, html, list, nullptr);
+    noteattach::ParseAttList(same.guid(), html, list, nullptr);
     list.insert(list.begin(), noteFile);
-    noteattach::UpdateAttModifyTimeField(guid, list, times);
-    if (m_notify && m_notify->OnSaveNote(guid, list, text) && sameNote()) {
+    noteattach::UpdateAttModifyTimeField(same.guid(), list, times);
+    if (m_notify && m_notify->OnSaveNote(same.guid(), list, text) && same) {
         m_lastHtml = html;
         ++m_filings;
     }

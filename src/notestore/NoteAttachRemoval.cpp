@@ -61,6 +61,8 @@ int DelAttachFromHtmlFile(const QString& path, const QString& noteGuid, const QS
 bool RemoveAttachElement(const QString& html, const QString& origName, QString& newText)
 {
     HtmlDocument document(html);
+    if (!document.hasBody())
+        return false;
     const QString exData = noteattach::FormatOrigNameToJson(origName);
     for (qsizetype i = 0; i < document.elementCount(); ++i) {
         if (document.attribute(i, QLatin1StringView("nm_exdata")) == exData) {

@@ -52,16 +52,6 @@ VARIANT toVariant(const QVariant& value)
     }
 }
 
-/// A text that came in parts.
-QString joined(const QVariantList& parts)
-{
-    QStringList texts;
-    texts.reserve(parts.size());
-    for (const QVariant& part : parts)
-        texts.append(part.toString());
-    return texts.join(QString());
-}
-
 } // namespace
 
 IEWebBrowser::Private::Private(IEWebBrowser& browser)
@@ -213,10 +203,8 @@ void IEWebBrowser::Private::onLoadFinished(bool ok)
     }
     state = State::Ready;
     setInputWidget(view->focusProxy());
-    const QPointer<Private> self(this);
+    makeRoomSoon();
     q.OnDocumentComplete(url.toString());
-    if (self)
-        makeRoomSoon();
 }
 
 void IEWebBrowser::Private::makeRoomSoon()
@@ -262,10 +250,10 @@ long IEWebBrowser::Private::call(
         return S_OK;
     }
     // Anything but a text comes in an array, so that an empty reply is a script that did not run.
-    const QVariantList parts = reply.toList();
-    const QString kind = parts.isEmpty() ? QString() : parts.first().toString();
+    const QStringList parts = reply.toStringList();
+    const QString kind = parts.value(0);
     if (kind == u"text")
-        result = VARIANT::Text(joined(parts.sliced(1)));
+        result = VARIANT::Text(parts.sliced(1).join(QString()));
     return kind == u"text" || kind == u"value" ? S_OK : PAGE_CALL_FAILED;
 }
 
@@ -347,11 +335,8 @@ void IEWebBrowser::Private::onPageReady()
     setInputWidget(view->focusProxy());
     if (std::exchange(hadFocus, false) && !q.window()->focusWidget())
         view->setFocus();
-    const QPointer<Private> self(this);
-    q.OnPageRecovered();
-    if (!self)
-        return;
     makeRoomSoon();
+    q.OnPageRecovered();
     Q_EMIT settled();
 }
 

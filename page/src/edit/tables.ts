@@ -18,54 +18,43 @@ export function insertTable(editor: Editor, rows: number, columns: number): void
     if (table) caretInto(editor, table.rows[0]?.cells[0]);
 }
 
-/** Changes a table, and gives the cell for the caret; null when nothing is left of the table. */
-type Change = (table: HTMLTableElement, cell: HTMLTableCellElement) => HTMLTableCellElement | null;
+/** Changes a table at the squares of a cell, and gives the square for the caret. */
+type Change = (grid: TableGrid, area: ReturnType<TableGrid["areaOf"]>) => [number, number];
 
 export type TableChange =
     "rowAbove" | "rowBelow" | "columnLeft" | "columnRight" | "deleteRow" | "deleteColumn";
 
 const changes: Record<TableChange, Change> = {
-    rowAbove: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { top, left } = grid.areaOf(cell);
+    rowAbove: (grid, { top, left }) => {
         grid.insertRow(top, top);
-        return cellAt(table, top, left);
+        return [top, left];
     },
-    rowBelow: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { left, bottom } = grid.areaOf(cell);
+    rowBelow: (grid, { left, bottom }) => {
         grid.insertRow(bottom, bottom - 1);
-        return cellAt(table, bottom, left);
+        return [bottom, left];
     },
-    columnLeft: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { top, left } = grid.areaOf(cell);
+    columnLeft: (grid, { top, left }) => {
         grid.insertColumn(left, left);
-        return cellAt(table, top, left);
+        return [top, left];
     },
-    columnRight: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { top, right } = grid.areaOf(cell);
+    columnRight: (grid, { top, right }) => {
         grid.insertColumn(right, right - 1);
-        return cellAt(table, top, right);
+        return [top, right];
     },
-    deleteRow: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { top, left } = grid.areaOf(cell);
+    deleteRow: (grid, { top, left }) => {
         grid.deleteRow(top);
-        return cellAt(table, Math.min(top, table.rows.length - 1), left);
+        return [top, left];
     },
-    deleteColumn: (table, cell) => {
-        const grid = new TableGrid(table);
-        const { top, left } = grid.areaOf(cell);
+    deleteColumn: (grid, { top, left }) => {
         grid.deleteColumn(left);
-        return cellAt(table, top, left);
+        return [top, left];
     },
 };
 
 /** The cell in a square, or else any: nothing is left of the table when there is none. */
 function cellAt(table: HTMLTableElement, row: number, column: number): HTMLTableCellElement | null {
-    return new TableGrid(table).at(row, column) ?? table.querySelector("td,th");
+    const last = table.rows.length - 1;
+    return new TableGrid(table).at(Math.min(row, last), column) ?? table.querySelector("td,th");
 }
 
 function place(editor: Editor): { table: HTMLTableElement; row: number; column: number } | null {
@@ -85,7 +74,9 @@ export function changeTable(editor: Editor, change: TableChange): void {
     const at = place(editor);
     if (!at) return;
     const copy = at.table.cloneNode(true) as HTMLTableElement;
-    const caret = changes[change](copy, copy.rows[at.row]!.cells[at.column]!);
+    const grid = new TableGrid(copy);
+    const area = grid.areaOf(copy.rows[at.row]!.cells[at.column]!);
+    const caret = cellAt(copy, ...changes[change](grid, area));
     if (!caret) {
         deleteTable(editor);
         return;
