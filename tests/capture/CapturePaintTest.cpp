@@ -1,10 +1,10 @@
 // What the capture dialog shows, to the pixel. All of it is run again on screens of higher density.
 
 #include "capture/CaptureKit.h"
+#include "kit/RunAgain.h"
 
 #include <QBackingStore>
 #include <QPainter>
-#include <QProcess>
 #include <QRandomGenerator>
 
 namespace {
@@ -314,14 +314,8 @@ TEST(CaptureDensity, AllPaintingHoldsOnScreensOfHigherDensity)
     if (qEnvironmentVariableIsSet(scaleVariable))
         GTEST_SKIP() << "this is such a screen";
     for (const char* scale : {"1.5", "2"}) {
-        QProcess again;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QString::fromLatin1(scaleVariable), QString::fromLatin1(scale));
-        again.setProcessEnvironment(environment);
-        again.setProcessChannelMode(QProcess::MergedChannels);
-        again.start(QCoreApplication::applicationFilePath(),
-            {QStringLiteral("--gtest_filter=CapturePaint.*")});
-        ASSERT_TRUE(again.waitForFinished(120000));
-        EXPECT_EQ(again.exitCode(), 0) << scale << again.readAll().toStdString();
+        SCOPED_TRACE(scale);
+        runAgain(QStringLiteral("CapturePaint.*"),
+            {{QString::fromLatin1(scaleVariable), QString::fromLatin1(scale)}});
     }
 }

@@ -4,10 +4,10 @@
 
 #include "capture/ScreenGrab.h"
 #include "kit/Print.h"
+#include "kit/RunAgain.h"
 #include "kit/Wait.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 namespace {
@@ -27,21 +27,10 @@ void runOnTwoScreens()
     file.write(twoScreens);
     file.close();
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-    ASSERT_FALSE(qEnvironmentVariableIsSet("NOMAR_TEST_AGAIN")) << "no second screen to be had";
-    QProcess again;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("NOMAR_TEST_AGAIN"), QStringLiteral("1"));
-    environment.remove(QStringLiteral("GTEST_OUTPUT")); // The report is the first run's.
-    again.setProcessEnvironment(environment);
-    again.setProcessChannelMode(QProcess::MergedChannels);
-    again.start(QCoreApplication::applicationFilePath(),
-        {QStringLiteral("--gtest_filter=%1.%2")
-                .arg(QString::fromLatin1(test->test_suite_name()),
-                    QString::fromLatin1(test->name())),
-            QStringLiteral("-platform"),
-            QStringLiteral("offscreen:configfile=") + file.fileName()});
-    ASSERT_TRUE(again.waitForFinished(120000));
-    EXPECT_EQ(again.exitCode(), 0) << again.readAll().toStdString();
+    runAgain(QStringLiteral("%1.%2").arg(
+                 QString::fromLatin1(test->test_suite_name()), QString::fromLatin1(test->name())),
+        {},
+        {QStringLiteral("-platform"), QStringLiteral("offscreen:configfile=") + file.fileName()});
 }
 
 /// A window that fills a part of the desktop with a colour.
